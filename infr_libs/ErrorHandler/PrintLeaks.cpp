@@ -1,0 +1,3 @@
+#include "infr_libs/ErrorHandler/PrintLeaks.h"
+
+void PrintLeaks() {}

@@ -1,0 +1,4 @@
+// Stands for the precompiled headers alone.
+int main() {
+    return 0;
+}
