@@ -62,9 +62,8 @@ XmlNode::~XmlNode() {
         while (!unfinished.empty()) {
             const std::unique_ptr<XmlNode> node = std::move(unfinished.back());
             unfinished.pop_back();
-            for (auto& subNode : node->m_nodes)
-                if (!subNode->m_nodes.empty())
-                    unfinished.push_back(std::move(subNode));
+            std::ranges::move(node->m_nodes, std::back_inserter(unfinished));
+            node->m_nodes.clear();
         }
     } catch (...) {
         std::fputs("INTERNAL ERROR.\n", stderr);

@@ -23,3 +23,13 @@ TEST(XmlParser, ReadsElementsAttributesAndText) {
     EXPECT_EQ(*root.getNode(0)->getValue(), "text");
     EXPECT_EQ(*root.getNode(1)->getName(), "c");
 }
+
+TEST(XmlParser, DeletesTreesOfSeveralLevels) {
+    CatchableErrorHandler handler;
+    StringLibrary strings(&handler);
+    ZelmUtils utils{&handler, &strings};
+    std::istringstream stream("<a><b><c><d/></c><e/></b><f/></a>");
+    const XmlParser parser("name", &utils, &stream);
+    const XmlNode copy(*parser.getRoot());
+    EXPECT_EQ(*copy.getNode(0)->getNode(1)->getName(), "e");
+}
