@@ -63,18 +63,10 @@ public:
     class BootTypeFromLink;
     struct NodeCoreTuple;
 
-    // Working records of the readers and passes (ZNLoaderModel.h).
+    // Working record of the reader of the scan chain (ZNLoaderModel.h).
     struct ChainLink;
-    struct CoreRefUsage;
-    struct SearchLoc;
-    struct ChangeItem;
-    struct NodeLineCheckHolder;
-    struct NodeHolder;
-    struct RouteGroup;
 
     using Position = std::vector<unsigned>; // a digit a dimension, the first the most significant
-    using WordMatrix = std::vector<std::vector<unsigned>>;
-    using RouteGroups = std::vector<std::vector<RouteGroup>>; // for each source processor
 
     // ---- The network ----
 
@@ -226,20 +218,25 @@ public:
     bool checkLinks();
     bool checkLinkDups();
 
-    // ---- Topology and routing (ZNLoaderHypercube.cpp, ZNLoaderPile.cpp) ----
+    // ---- Topology and routing (ZNLoaderTopology.cpp, ZNLoaderHypercube.cpp, ZNLoaderPile.cpp) ----
+    // They ask the links that `associateNodesWithLinks` has bound and sorted. `fileName` stands in messages.
 
-    bool buildPositions(const char* fileName); // false for success
+    // Tries the hypercube, and the pile where the architecture allows one. False for success.
+    bool buildPositions(const char* fileName);
+
+    // Each recognises its topology, and gives `m_routingId` of the processors, `m_users` of the links and
+    // `m_nodeOrder`. After a false result, or a throw, these fields may be written in part.
     bool buildAsHypercube(const char* fileName);
-    void addDeviceRouteInfo();
-    void assignRoutingIdsForZssc(const char* fileName);
-
     bool buildAsPile(const char* fileName);
-    std::string findShortestRouteRoot(const std::string& from, const std::string& to);
-    void findShortestRouteRootInt(const std::string& current, const std::string& to,
-                                  std::vector<std::string>& best, std::string& bestRoot,
-                                  std::vector<std::string>& path);
-    bool beBrutish(SearchLoc& where, WordMatrix& candidates, WordMatrix& result, RouteGroups& groups,
-                   int depth);
+
+    // Adds the routes to nodes that aren't processors to `m_users`.
+    void addDeviceRouteInfo();
+
+    // The id of the first node on the way; of several shortest ways the one whose sorted ids come first.
+    // Empty when there is no way, or for an unknown id.
+    std::string findShortestRouteRoot(const std::string& from, const std::string& to) const;
+
+    void assignRoutingIdsForZssc(const char* fileName);
 
 private:
     void initialise();

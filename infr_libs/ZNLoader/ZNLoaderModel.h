@@ -74,8 +74,10 @@ public:
 // A core that runs programs.
 class ZNLoader::FreeCore : public Core {
 public:
+    static constexpr int s_type = 0;
+
     ~FreeCore() override;
-    int getType() override { return 0; }
+    int getType() override { return s_type; }
 
     std::vector<PortDesc> m_ports;
     std::vector<DeviceServiceInfo*> m_services; // owned
@@ -84,7 +86,9 @@ public:
 // What stands for a core in a device node.
 class ZNLoader::HoldingCore : public Core {
 public:
-    int getType() override { return 1; }
+    static constexpr int s_type = 1;
+
+    int getType() override { return s_type; }
 };
 
 // ---- Boot ----
@@ -100,7 +104,9 @@ public:
 
 class ZNLoader::BootTypeSPIMaster : public BootType {
 public:
-    int getBootStyle() override { return 1; }
+    static constexpr int s_style = 1;
+
+    int getBootStyle() override { return s_style; }
 
     std::string m_deviceName;
     bool m_isDefault = false; // the document says nothing about the node's boot
@@ -108,7 +114,9 @@ public:
 
 class ZNLoader::BootTypeFromLink : public BootType {
 public:
-    int getBootStyle() override { return 2; }
+    static constexpr int s_style = 2;
+
+    int getBootStyle() override { return s_style; }
 };
 
 // A node that another boots.
@@ -159,8 +167,10 @@ public:
 // A processor.
 class ZNLoader::ProcNode : public Node {
 public:
+    static constexpr int s_type = 1;
+
     ~ProcNode() override;
-    int getType() override { return 1; }
+    int getType() override { return s_type; }
 
     // Takes a configuration that nodes of one type share.
     void setConfig(const std::shared_ptr<NodeConfig>& config);
@@ -176,11 +186,12 @@ private:
 // A peripheral device on the network.
 class ZNLoader::DeviceNode : public Node {
 public:
+    static constexpr int s_type = 2;
     static constexpr unsigned s_postBoot = 1u << 0;
 
     DeviceNode();
     ~DeviceNode() override;
-    int getType() override { return 2; }
+    int getType() override { return s_type; }
 
     unsigned m_flags = 0;
     std::vector<DeviceServiceInfo*> m_services; // owned
@@ -190,8 +201,10 @@ public:
 // A switch and controller node.
 class ZNLoader::ZsscNode : public Node {
 public:
+    static constexpr int s_type = 3;
+
     ~ZsscNode() override;
-    int getType() override { return 3; }
+    int getType() override { return s_type; }
 
     std::string m_refBase; // `Reference`, split as that of a `Core`
     bool m_refIndexed = false;
@@ -316,44 +329,4 @@ struct ZNLoader::ChainLink {
 
     // A diagnostic.
     void dump(FILE* trace = stdout) const;
-};
-
-// A core reference that was seen.
-struct ZNLoader::CoreRefUsage {
-    std::string m_name;
-    int m_index;
-    XmlNode* m_element;
-};
-
-// A place in the matrix of `beBrutish`: row x, column y.
-struct ZNLoader::SearchLoc {
-    int x;
-    int y;
-};
-
-// A word of the matrix to be put back.
-struct ZNLoader::ChangeItem {
-    int m_row;
-    int m_column;
-    unsigned m_word;
-};
-
-// A node of what may be a line, with its first two neighbours.
-struct ZNLoader::NodeLineCheckHolder {
-    Node* m_first;
-    Node* m_node;
-    Node* m_second;
-};
-
-// A node of a line, joined to the holders of its neighbours.
-struct ZNLoader::NodeHolder {
-    NodeHolder* m_first;
-    Node* m_node;
-    NodeHolder* m_second;
-};
-
-// The destinations that a source reaches over one first hop.
-struct ZNLoader::RouteGroup {
-    std::string m_firstHop;
-    std::vector<std::pair<std::string, std::string>> m_pairs; // ids of source and destination
 };
