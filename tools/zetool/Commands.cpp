@@ -1,0 +1,13 @@
+#include "tools/zetool/Commands.h"
+
+#include "tools/zetool/generate/GenerateCommands.h"
+#include "tools/zetool/wave/WaveCommands.h"
+
+std::span<const NounRow> allNouns() {
+    // Order is the order of help and man page.
+    static const NounRow s_nouns[] = {
+        {"wave", "Waveforms: the viewers that people have, and their troubles.", waveCommands()},
+        {"generate", "What packages ship beside the program.", generateCommands(), true},
+    };
+    return s_nouns;
+}

@@ -1,0 +1,36 @@
+#include "tools/zetool/InputFile.h"
+
+#include "tools/zetool/Messages.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+InputFile::InputFile(std::string_view path) : m_path(path) {
+    if (m_path == "-") {
+        m_descriptor = STDIN_FILENO;
+        return;
+    }
+    m_descriptor = open(m_path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (m_descriptor < 0)
+        throw ToolFailure(m_path, withSystemError("can't be opened"));
+    struct stat status = {};
+    if (fstat(m_descriptor, &status) == 0 && S_ISREG(status.st_mode))
+        m_size = static_cast<std::uint64_t>(status.st_size);
+}
+
+InputFile::~InputFile() {
+    if (m_descriptor > STDERR_FILENO)
+        ::close(m_descriptor);
+}
+
+std::size_t InputFile::read(char* bytes, std::size_t size) {
+    for (;;) {
+        const ssize_t count = ::read(m_descriptor, bytes, size);
+        if (count >= 0)
+            return static_cast<std::size_t>(count);
+        if (errno != EINTR)
+            throw ToolFailure(m_path, withSystemError("can't be read"));
+    }
+}

@@ -1,0 +1,20 @@
+#include "tools/zetool/Json.h"
+
+#include "tools/zetool/Utf8.h"
+
+Json jsonObject(std::string_view type, int version) {
+    Json object = Json::object();
+    object["type"] = type;
+    object["version"] = version;
+    return object;
+}
+
+Json jsonText(std::string_view text) {
+    return toUtf8(text);
+}
+
+void writeJson(OutputFile& output, const Json& object) {
+    constexpr int s_indent = 2;
+    output.write(object.dump(s_indent, ' ', true));
+    output.write("\n");
+}

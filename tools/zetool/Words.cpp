@@ -1,0 +1,33 @@
+#include "tools/zetool/Words.h"
+
+std::string joined(std::span<const char* const> texts, std::string_view between) {
+    std::string all;
+    for (const char* text : texts) {
+        if (!all.empty())
+            all += between;
+        all += text;
+    }
+    return all;
+}
+
+std::vector<std::string> wrapped(std::string_view text, std::size_t width) {
+    std::vector<std::string> lines;
+    std::string line;
+    while (!text.empty()) {
+        const std::size_t end = text.find(' ');
+        const std::string_view word = text.substr(0, end);
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+        if (word.empty())
+            continue;
+        if (!line.empty() && line.size() + 1 + word.size() > width) {
+            lines.push_back(line);
+            line.clear();
+        }
+        if (!line.empty())
+            line += ' ';
+        line += word;
+    }
+    if (!line.empty())
+        lines.push_back(line);
+    return lines;
+}

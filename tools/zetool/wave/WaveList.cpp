@@ -1,0 +1,103 @@
+#include "tools/zetool/wave/WaveList.h"
+
+#include "tools/zetool/Command.h"
+#include "tools/zetool/Json.h"
+#include "tools/zetool/Messages.h"
+#include "tools/zetool/wave/VcdSource.h"
+#include "tools/zetool/wave/WaveSignals.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+// Core, category and group with slashes between; or the scopes of another tool's file.
+std::string placeText(const VcdHeader& header, const WaveSignal& signal) {
+    std::string text;
+    for (std::size_t scope = signal.variable->scope; scope != 0; scope = header.scopes[scope].parent)
+        text = header.scopes[scope].name + (text.empty() ? "" : "/" + text);
+    for (const std::string* name : {&signal.core, &signal.category, &signal.group})
+        if (!name->empty())
+            text += (text.empty() ? "" : "/") + *name;
+    return text;
+}
+
+std::string fullName(const WaveSignal& signal) {
+    const VcdVariable& variable = *signal.variable;
+    return variable.name + (variable.range.empty() ? "" : " " + variable.range);
+}
+
+void writeTable(OutputFile& output, const VcdHeader& header, const WaveSignals& signals) {
+    using Row = std::array<std::string, 5>;
+    std::vector<Row> rows = {{"width", "name", "group", "user name", "description"}};
+    for (const WaveSignal& signal : signals.all())
+        rows.push_back({std::to_string(signal.variable->width), fullName(signal), placeText(header, signal),
+                        signal.userName, signal.doc ? signal.doc->description : ""});
+    Row::size_type column = 0;
+    std::array<std::size_t, 5> widths = {};
+    for (const Row& row : rows)
+        for (column = 0; column < row.size(); ++column)
+            widths[column] = std::max(widths[column], row[column].size());
+    for (const Row& row : rows) {
+        std::string line;
+        for (column = 0; column < row.size(); ++column) {
+            line += row[column];
+            if (column + 1 < row.size())
+                line.append(widths[column] - row[column].size() + 2, ' ');
+        }
+        line.erase(line.find_last_not_of(' ') + 1);
+        output.write(line + "\n");
+    }
+}
+
+Json signalJson(const VcdHeader& header, const WaveSignal& signal) {
+    Json scopes = Json::array();
+    for (std::size_t scope = signal.variable->scope; scope != 0; scope = header.scopes[scope].parent)
+        scopes.insert(scopes.begin(), jsonText(header.scopes[scope].name));
+    Json values = Json::array();
+    if (signal.doc)
+        for (const auto& [value, text] : signal.doc->values)
+            values.push_back({{"value", jsonText(value)}, {"text", jsonText(text)}});
+    Json object = Json::object();
+    object["name"] = jsonText(signal.variable->name);
+    object["range"] = jsonText(signal.variable->range);
+    object["kind"] = jsonText(signal.variable->type);
+    object["width"] = signal.variable->width;
+    object["identifier"] = jsonText(signal.variable->identifier);
+    object["line"] = signal.variable->line;
+    object["scopes"] = std::move(scopes);
+    object["core"] = jsonText(signal.core);
+    object["category"] = jsonText(signal.category);
+    object["group"] = jsonText(signal.group);
+    object["radix"] = jsonText(signal.radix);
+    object["userName"] = jsonText(signal.userName);
+    object["description"] = jsonText(signal.doc ? signal.doc->description : "");
+    object["values"] = std::move(values);
+    return object;
+}
+
+} // namespace
+
+int waveList(const Invocation& invocation) {
+    const std::string& path = invocation.value("FILE");
+    InputFile input(path);
+    VcdSource source(input);
+    const VcdHeader header = readVcdHeader(source);
+    const WaveSignals signals(header);
+    OutputFile output(invocation.has("output") ? invocation.value("output") : "-", invocation.has("force"));
+    if (invocation.has("json")) {
+        Json object = jsonObject("wave", 1);
+        object["timescale"] = jsonText(header.timescale);
+        object["isOfPlugin"] = header.isOfPlugin();
+        Json& list = object["signals"] = Json::array();
+        for (const WaveSignal& signal : signals.all())
+            list.push_back(signalJson(header, signal));
+        writeJson(output, object);
+    } else {
+        writeTable(output, header, signals);
+    }
+    output.close();
+    for (const VcdHeaderFault& fault : header.faults)
+        printMessage(path, fault.line, fault.text);
+    return header.faults.empty() ? s_fine : s_foundWrong;
+}
