@@ -47,12 +47,12 @@ void ErrorHandler::trace(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     if (!m_gdbMiTracing) {
-        vTrace(format, arguments);
+        ErrorHandler::vTrace(format, arguments);
         va_end(arguments);
         return;
     }
 
-    char text[s_miTextSize];
+    char text[s_miTextSize] = "";
     std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
 
