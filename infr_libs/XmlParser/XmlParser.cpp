@@ -6,6 +6,7 @@
 
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 
 namespace {
@@ -81,6 +82,7 @@ void XmlParser::parse() {
     m_line = std::string();
     m_tag = std::string();
     m_value = std::string();
+    m_tagAttributes = XmlNode::Attributes();
 }
 
 void XmlParser::parseFile() {
@@ -127,8 +129,12 @@ bool XmlParser::newNode(XmlNode* parent, OpenElement& element) {
         std::string_view value;
         s = getAttName(s, name);
         s = getAttValue(s, value);
-        made.m_attributes.push_back(std::make_unique<XmlAttribute>(name, value));
+        m_tagAttributes.push_back(std::make_unique<XmlAttribute>(name, value));
     }
+    // Collected first, so that the node's own list is made once, at its size.
+    made.m_attributes.assign(std::move_iterator(m_tagAttributes.begin()),
+                             std::move_iterator(m_tagAttributes.end()));
+    m_tagAttributes.clear();
     if (*s == '/') {
         if (s[1] != '>')
             error(*m_fileName, m_lineNum, "missing closing '>'");

@@ -77,6 +77,7 @@ private:
     unsigned m_lineNum = 0;           // lines read so far: the current line, counted from 1
     int m_depth = -1;                 // of displayTabs alone; nothing advances it
     bool m_replaceEntities;
-    std::string m_tag;   // the tag at hand, from its < to its >
-    std::string m_value; // the text value at hand
+    std::string m_tag;                   // the tag at hand, from its < to its >
+    std::string m_value;                 // the text value at hand
+    XmlNode::Attributes m_tagAttributes; // those of the tag at hand
 };
