@@ -1,0 +1,3 @@
+#include "infr_libs/ElfHandler/ElfString.h"
+
+ElfString::~ElfString() = default;

@@ -1,0 +1,161 @@
+#include "infr_libs/ElfHandler/ElfSymbolTable.h"
+
+#include "infr_libs/ElfHandler/ElfFields.h"
+#include "infr_libs/ElfHandler/ElfHandler.h"
+#include "infr_libs/ElfHandler/ElfInput.h"
+#include "infr_libs/ElfHandler/ElfSectionHeader.h"
+#include "infr_libs/ElfHandler/ElfString.h"
+#include "infr_libs/ElfHandler/ElfStrings.h"
+#include "infr_libs/ErrorHandler/Assertion.h"
+#include "infr_libs/ErrorHandler/ErrorHandler.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+constexpr std::uint64_t s_symbolsAtATime = 0x1000;
+
+} // namespace
+
+ElfSymbolTable::ElfSymbolTable(ElfHandler* handler, std::istream& stream, const ElfSectionHeader* header)
+    : m_handler(handler) {
+    ElfInput input(stream);
+    const std::uint64_t numClaimed = header->sh_size / ElfSymbol::s_numBytes;
+    const std::uint64_t numThere = (input.numBytesLeft() + ElfSymbol::s_numBytes - 1) / ElfSymbol::s_numBytes;
+    if (numClaimed > numThere)
+        reportNoMemoryForSection(handler->getErrorHandler());
+
+    std::vector<unsigned char> bytes;
+    for (std::uint64_t numLeft = std::min(numClaimed, numThere); numLeft != 0;) {
+        const auto count = static_cast<std::size_t>(std::min(numLeft, s_symbolsAtATime));
+        bytes.resize(count * ElfSymbol::s_numBytes);
+        input.read(bytes.data(), bytes.size());
+        for (std::size_t i = 0; i < bytes.size(); i += ElfSymbol::s_numBytes)
+            m_symbols.emplace_back(bytes.data() + i);
+        numLeft -= count;
+    }
+}
+
+ElfSymbolTable::ElfSymbolTable(ElfHandler* handler, const ElfString* nullString) : m_handler(handler) {
+    m_symbols.emplace_back(nullString->getOffset(), 0U, 0U, 0U, 0U, 0U);
+}
+
+ElfSymbolTable::~ElfSymbolTable() = default;
+
+unsigned int ElfSymbolTable::add(const ElfString* name, std::uint32_t value, std::uint32_t sectionIndex,
+                                 std::uint32_t binding, std::uint32_t type, std::uint32_t size) {
+    m_symbols.emplace_back(name->getOffset(), value, sectionIndex, binding, type, size);
+    return numSymbols() - 1;
+}
+
+void ElfSymbolTable::updateIndex() {
+    if (m_numIndexed == 0)
+        m_nameIndex.reserve(m_symbols.size());
+    for (; m_numIndexed < numSymbols(); ++m_numIndexed) {
+        const std::string_view name = symbolName(m_numIndexed);
+        const std::uint32_t hash = ElfTextIndex::hashOf(name);
+        const auto hasName = [&](std::uint32_t symbolNum) { return symbolName(symbolNum) == name; };
+        if (!m_nameIndex.find(hash, hasName))
+            m_nameIndex.insert(hash, m_numIndexed);
+    }
+}
+
+std::optional<unsigned int> ElfSymbolTable::lookUp(const char* name) {
+    updateIndex();
+    const auto hasName = [&](std::uint32_t symbolNum) {
+        return std::strcmp(symbolName(symbolNum), name) == 0;
+    };
+    if (const std::uint32_t* symbolNum = m_nameIndex.find(ElfTextIndex::hashOf(name), hasName))
+        return *symbolNum;
+
+    // The index may be stale: a symbol's `st_name` is open to change, and where a read table held a text
+    // twice, so are the bytes behind its last text.
+    for (unsigned int i = 0; i < numSymbols(); ++i) {
+        const char* candidate = symbolName(i);
+        if (candidate == name || std::strcmp(candidate, name) == 0)
+            return i;
+    }
+    return std::nullopt;
+}
+
+ElfSymbol* ElfSymbolTable::find(const char* name) {
+    const std::optional<unsigned int> symbolNum = lookUp(name);
+    return symbolNum ? getSymbol(*symbolNum) : nullptr;
+}
+
+unsigned int ElfSymbolTable::findNumByName(const char* name) {
+    return lookUp(name).value_or(0);
+}
+
+ElfSymbol* ElfSymbolTable::findGlobal(const char* name) {
+    for (unsigned int i = 0; i < numSymbols(); ++i) {
+        if (m_symbols[i].getBinding() == ElfSymbol::STB_GLOBAL && std::strcmp(symbolName(i), name) == 0)
+            return &m_symbols[i];
+    }
+    return nullptr;
+}
+
+int ElfSymbolTable::find(const ElfSymbol* symbol) const {
+    const std::optional<std::size_t> symbolNum = m_symbols.indexOf(symbol);
+    return symbolNum ? static_cast<int>(*symbolNum) : -1;
+}
+
+ElfSymbol* ElfSymbolTable::getSymbol(std::uint32_t symbolNum) {
+    return symbolNum < m_symbols.size() ? &m_symbols[symbolNum] : nullptr;
+}
+
+std::uint32_t ElfSymbolTable::symbolValue(unsigned int symbolNum) const {
+    ZELM_ASSERT(symbolNum < m_symbols.size());
+    return m_symbols[symbolNum].st_value;
+}
+
+std::uint32_t ElfSymbolTable::symbolSize(unsigned int symbolNum) const {
+    ZELM_ASSERT(symbolNum < m_symbols.size());
+    return m_symbols[symbolNum].st_size;
+}
+
+std::uint32_t ElfSymbolTable::symbolInfo(unsigned int symbolNum) const {
+    ZELM_ASSERT(symbolNum < m_symbols.size());
+    return m_symbols[symbolNum].st_info;
+}
+
+std::uint32_t ElfSymbolTable::symbolSectionIndex(unsigned int symbolNum) const {
+    ZELM_ASSERT(symbolNum < m_symbols.size());
+    return m_symbols[symbolNum].st_shndx;
+}
+
+const char* ElfSymbolTable::symbolName(unsigned int symbolNum) const {
+    return symbolNum < m_symbols.size() ? m_handler->getStringsEntry(m_symbols[symbolNum].st_name) : "";
+}
+
+unsigned char* ElfSymbolTable::createBuffer() const {
+    auto buffer = std::make_unique<unsigned char[]>(numBytes());
+    unsigned char* next = buffer.get();
+    for (unsigned int i = 0; i < numSymbols(); ++i, next += ElfSymbol::s_numBytes)
+        ElfSymbol::eachField(m_symbols[i], ElfFieldWriter(next));
+    return buffer.release();
+}
+
+void ElfSymbolTable::check(ErrorHandler* errorHandler, unsigned int highestSection) const {
+    for (unsigned int i = 0; i < numSymbols(); ++i) {
+        const std::uint32_t section = m_symbols[i].st_shndx;
+        if (section > highestSection && section < ElfSymbol::SHN_LORESERVE)
+            errorHandler->fatalError(true, "Invalid section table index for symbol '%s'\n", symbolName(i));
+    }
+}
+
+void ElfSymbolTable::display(const ElfStrings* strings) const {
+    std::printf("\nSymbols:\n");
+    for (unsigned int i = 0; i < numSymbols(); ++i) {
+        const ElfSymbol& symbol = m_symbols[i];
+        std::printf("%u: name: %s, st_name = %08x, st_value = %08x, st_size = %08x, ", i,
+                    strings->getEntry(symbol.st_name), symbol.st_name, symbol.st_value, symbol.st_size);
+        std::printf("st_info = %02x, st_other = %02x, st_shndx = %08x\n", symbol.st_info, symbol.st_other,
+                    symbol.st_shndx);
+    }
+}
