@@ -38,6 +38,12 @@ Range rangeOf(const std::string& text) {
     return {first, numberOf(text.substr(dots + 2), "resource number", first, s_maxResources - 1)};
 }
 
+void checkLength(bool fits) {
+    if (!fits)
+        throw ScenarioError("the program is longer than " + std::to_string(s_maxClock) +
+                            " turns, or has more than a million runs");
+}
+
 } // namespace
 
 const ScenarioReader::LineRow ScenarioReader::s_lines[] = {
@@ -47,19 +53,24 @@ const ScenarioReader::LineRow ScenarioReader::s_lines[] = {
     {"notify", &ScenarioReader::readNotify},   {"node", &ScenarioReader::readNode},
     {"core", &ScenarioReader::readCore},       {"program", &ScenarioReader::readProgram},
     {"run", &ScenarioReader::readRun},         {"idle", &ScenarioReader::readIdle},
+    {"loop", &ScenarioReader::readLoop},       {"end", &ScenarioReader::readEnd},
 };
 
 ScenarioReader::ScenarioReader(std::string fileName) : m_fileName(std::move(fileName)) {}
 
 Scenario ScenarioReader::read(std::istream& stream) {
     std::string line;
-    while (std::getline(stream, line)) {
-        ++m_line;
-        try {
+    std::string rest;
+    try {
+        for (unsigned int next = 1; std::getline(stream, line);) {
+            m_line = next++;
+            for (; line.ends_with('\\') && std::getline(stream, rest); ++next)
+                line.replace(line.size() - 1, 1, rest);
             readLine(line);
-        } catch (const ScenarioError& error) {
-            throw ScenarioError(m_fileName + ":" + std::to_string(m_line) + ": " + error.what());
         }
+        closeProgram();
+    } catch (const ScenarioError& error) {
+        throw ScenarioError(m_fileName + ":" + std::to_string(m_line) + ": " + error.what());
     }
     std::ranges::stable_sort(m_scenario.notifications, {}, &Notification::clock);
     return std::move(m_scenario);
@@ -132,17 +143,17 @@ void ScenarioReader::readNotify(Words& words) {
 void ScenarioReader::readNode(Words& words) {
     m_node = words.takeNumber("the node number", 0, 0xffff);
     m_hasNode = true;
+    closeProgram();
     m_core = nullptr;
     m_kind = nullptr;
-    m_inProgram = false;
 }
 
 void ScenarioReader::readCore(Words& words) {
     const std::uint32_t number = words.takeNumber("the core number", 0, 0xffff);
     if (!m_hasNode)
         throw ScenarioError("a core needs a 'node' line before it");
+    closeProgram();
     m_kind = nullptr;
-    m_inProgram = false;
     std::vector<Core>& cores = m_scenario.cores;
     const auto found = std::ranges::find_if(
         cores, [&](const Core& core) { return core.node == m_node && core.number == number; });
@@ -165,6 +176,7 @@ bool ScenarioReader::readResource(const std::string& word, Words& words, const s
     const auto kind = std::ranges::find(kinds, word, &ResourceKindInfo::word);
     if (kind == kinds.end())
         return false;
+    closeProgram();
     std::vector<Resource>& resources = kind->isOfDevice ? m_scenario.pads : currentCore(word).of(kind->kind);
     Range range{0, 0}; // a core's instruction has no number
     if (kind->kind != ResourceKind::Instruction)
@@ -197,7 +209,6 @@ bool ScenarioReader::readResource(const std::string& word, Words& words, const s
     m_resources = &resources;
     m_first = range.first;
     m_last = range.last;
-    m_inProgram = false;
     return true;
 }
 
@@ -239,6 +250,7 @@ void ScenarioReader::addSegment(Resource& resource, const Field& field, Segment 
 // ---- What a thread executes
 
 void ScenarioReader::readProgram(Words& words) {
+    closeProgram();
     Core& core = currentCore("program");
     if (!core.of(ResourceKind::Instruction).empty())
         throw ScenarioError("the core has 'instruction'; it can't have programs too");
@@ -272,12 +284,31 @@ void ScenarioReader::readRun(Words& words) {
     }
     if (mnemonics.empty())
         throw ScenarioError("run needs mnemonics behind the program counter");
-    if (!program.run(functionName, firstPc, mnemonics, times))
-        throw ScenarioError("the program is longer than " + std::to_string(s_maxClock) + " turns");
+    checkLength(program.run(functionName, firstPc, mnemonics, times));
 }
 
 void ScenarioReader::readIdle(Words& words) {
     Program& program = currentProgram("idle");
-    if (!program.idle(words.takeNumber("the number of turns", 1, s_maxClock)))
-        throw ScenarioError("the program is longer than " + std::to_string(s_maxClock) + " turns");
+    checkLength(program.idle(words.takeNumber("the number of turns", 1, s_maxClock)));
+}
+
+void ScenarioReader::readLoop(Words& words) {
+    currentProgram("loop").openLoop();
+    m_loopTimes.push_back(words.takeNumber("the number of passes", 1, s_maxClock));
+}
+
+void ScenarioReader::readEnd(Words&) {
+    Program& program = currentProgram("end");
+    if (m_loopTimes.empty())
+        throw ScenarioError("'end' needs a 'loop' line before it");
+    const Clock times = m_loopTimes.back();
+    m_loopTimes.pop_back();
+    checkLength(program.closeLoop(times));
+}
+
+// Every line that opens something else ends the program.
+void ScenarioReader::closeProgram() {
+    if (!m_loopTimes.empty())
+        throw ScenarioError("the program's 'loop' has no 'end'");
+    m_inProgram = false;
 }

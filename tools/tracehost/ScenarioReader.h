@@ -51,6 +51,9 @@ private:
     void readProgram(Words& words);
     void readRun(Words& words);
     void readIdle(Words& words);
+    void readLoop(Words& words);
+    void readEnd(Words& words);
+    void closeProgram();
     Program& currentProgram(std::string_view word);
 
     std::string m_fileName;
@@ -67,4 +70,5 @@ private:
     std::size_t m_first = 0; // the open range of m_resources
     std::size_t m_last = 0;
     bool m_inProgram = false;
+    std::vector<Clock> m_loopTimes; // of the program's open loops
 };

@@ -156,22 +156,12 @@ const Simulation::CoreState& Simulation::core(std::uint32_t pid) {
 }
 
 TraceInstructionState Simulation::instructionOf(const CoreState& core) const {
-    InstructionWords words = core.instruction;
-    if (const std::size_t numPrograms = core.core->programs.size(); numPrograms != 0) {
-        const Program& program = core.core->programs[m_clock % numPrograms];
-        const Program::Instruction instruction = program.at(m_clock / static_cast<Clock>(numPrograms));
-        words = {.valid = instruction.valid,
-                 .thread = program.thread(),
-                 .pc = instruction.pc,
-                 .mnemonic = instruction.mnemonic,
-                 .functionName = instruction.functionName};
-    }
     TraceInstructionState state{};
-    state.valid = words.valid;
-    state.thread = words.thread;
-    state.pc = words.pc;
-    state.mnemonic = m_scenario.texts[words.mnemonic].c_str();
-    state.functionName = m_scenario.texts[words.functionName].c_str();
+    state.valid = core.instruction.valid;
+    state.thread = core.instruction.thread;
+    state.pc = core.instruction.pc;
+    state.mnemonic = m_scenario.texts[core.instruction.mnemonic].c_str();
+    state.functionName = m_scenario.texts[core.instruction.functionName].c_str();
     return state;
 }
 
@@ -191,10 +181,13 @@ Simulation::Simulation(const Scenario& scenario)
         addRecords(core.of(ResourceKind::ClockBlock), state.clockBlocks);
         for (const Resource& instruction : core.of(ResourceKind::Instruction))
             addDrivers(instruction, &state.instruction);
+        if (!core.programs.empty())
+            m_busyCores.push_back(&state);
     }
     addRecords(scenario.pads, m_pads);
     for (Driver& driver : m_drivers)
         drive(driver);
+    execute();
     s_current = this;
 }
 
@@ -255,5 +248,22 @@ void Simulation::advance() {
             each.next = slot;
             slot = &each;
         }
+    }
+    execute();
+}
+
+void Simulation::execute() {
+    for (CoreState* core : m_busyCores) {
+        const std::vector<Program>& programs = core->core->programs;
+        const auto numPrograms = static_cast<Clock>(programs.size());
+        const Program& program = programs[m_clock % numPrograms];
+        const Program::Instruction instruction = program.at(m_clock / numPrograms);
+        core->instruction.valid = instruction.valid;
+        if (!instruction.valid)
+            continue;
+        core->instruction.thread = program.thread();
+        core->instruction.pc = instruction.pc;
+        core->instruction.mnemonic = instruction.mnemonic;
+        core->instruction.functionName = instruction.functionName;
     }
 }

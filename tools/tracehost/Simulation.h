@@ -59,6 +59,7 @@ private:
     void addRecords(const std::vector<Resource>& resources, std::vector<Record>& records);
     void addDrivers(const Resource& resource, void* record);
     void drive(Driver& driver);
+    void execute(); // the turn of each core's programs
 
     const CoreState& core(std::uint32_t pid);
     TraceInstructionState instructionOf(const CoreState& core) const;
@@ -69,6 +70,7 @@ private:
     TracePluginCallbacks m_callbacks;
     Clock m_clock = 0;
     std::vector<CoreState> m_cores;
+    std::vector<CoreState*> m_busyCores;   // those with programs
     const CoreState* m_lastCore = nullptr; // the core that was asked for last: the next call is for it too
     std::vector<TracePadState> m_pads;
     std::vector<Driver> m_drivers;

@@ -88,7 +88,7 @@ TEST(Host, EveryRecordReachesThePlugin) {
         "  thread 1 1 2 1, zero\n"
         "  timer 10 1 1, zero\n"
         "  clockBlock 1 1 3 1 0, zero\n"
-        "  instruction 0 1 0x0 '        ' '        ', zero\n"
+        "  instruction 0 1 0x10000 'ldc     ' 'main', zero\n"
         "  pad X0D3 3, zero\n"
         "terminate 10 cycle 1\n");
 }

@@ -40,6 +40,18 @@ TEST(Program, IdleTurnsHaveNoInstruction) {
     EXPECT_EQ(executed(program, 7), "5:100:7 - - 5:100:7 - - 5:100:7");
 }
 
+TEST(Program, LoopsMayStandInLoops) {
+    Program program(0, true);
+    ASSERT_TRUE(program.idle(1));
+    program.openLoop();
+    ASSERT_TRUE(program.run(5, 100, {7}, 1));
+    program.openLoop();
+    ASSERT_TRUE(program.run(6, 200, {8}, 1));
+    ASSERT_TRUE(program.closeLoop(2));
+    ASSERT_TRUE(program.closeLoop(2));
+    EXPECT_EQ(executed(program, 9), "- 5:100:7 6:200:8 6:200:8 5:100:7 6:200:8 6:200:8 - 5:100:7");
+}
+
 TEST(Program, AnEmptyProgramIsIdle) {
     EXPECT_EQ(executed(Program(0, true), 2), "- -");
 }

@@ -59,6 +59,13 @@ TEST(ScenarioReader, SettingsAreRead) {
     EXPECT_EQ(scenario.instances, (std::vector<std::string>{"-o 'a b.vcd'", "x"}));
 }
 
+TEST(ScenarioReader, ABackslashAtTheEndJoinsLines) {
+    EXPECT_EQ(scenarioOf("instance \"a \\\n  b\"\n").instances.at(0), "a   b");
+    EXPECT_EQ(refusal("clocks \\\n\\\n 5\nfoo"), "s:4: unknown word 'foo'");
+    EXPECT_EQ(refusal("\nclocks \\\n foo"), "s:2: the number of clocks is not a number: 'foo'");
+    EXPECT_EQ(refusal("clocks 5 \\"), "s:1: unexpected '\\'");
+}
+
 TEST(ScenarioReader, NotificationsStandInTheOrderOfTheirClocks) {
     const Scenario scenario = scenarioOf("notify 1 0 at 20\nnotify 0 1 at 10\nnotify 0 5 at 20\n");
     std::string text;
@@ -238,9 +245,19 @@ TEST(ScenarioReader, ErrorsTellFileLineAndReason) {
         {core + "program 0\nrun main 0 add times 0\n", "s:4: times must be from 1 to 2147483647, not 0"},
         {core + "program 0\nrun main 0 add times 2 sub\n", "s:4: unexpected 'sub'"},
         {core + "program 0\nrun main 0 add sub times 2147483647\n",
-         "s:4: the program is longer than 2147483647 turns"},
+         "s:4: the program is longer than 2147483647 turns, or has more than a million runs"},
         {core + "program 0\nidle 0\n", "s:4: the number of turns must be from 1 to 2147483647, not 0"},
-        {core + "program 0\nidle 2147483647\nidle 1\n", "s:5: the program is longer than 2147483647 turns"},
+        {core + "program 0\nidle 2147483647\nidle 1\n",
+         "s:5: the program is longer than 2147483647 turns, or has more than a million runs"},
+        {core + "program 0\nend\n", "s:4: 'end' needs a 'loop' line before it"},
+        {core + "program 0\nloop\n", "s:4: the number of passes is missing"},
+        {core + "loop 2\n", "s:3: 'loop' needs a 'program' line before it"},
+        {core + "program 0\nloop 2\nidle 1\n", "s:5: the program's 'loop' has no 'end'"},
+        {core + "program 0\nloop 2\nthread 0\n", "s:5: the program's 'loop' has no 'end'"},
+        {core + "program 0\nloop 2\nidle 2147483647\nend\n",
+         "s:6: the program is longer than 2147483647 turns, or has more than a million runs"},
+        {core + "program 0\nloop 1000001\nidle 1\nend\n",
+         "s:6: the program is longer than 2147483647 turns, or has more than a million runs"},
         {core + "program 0\nthread 0\nrun main 0 add\n", "s:5: 'run' needs a 'program' line before it"},
         {core + "program 0\ninstruction\n", "s:4: the core has programs; it can't have 'instruction' too"},
         {core + "instruction\nprogram 0\n", "s:4: the core has 'instruction'; it can't have programs too"},
