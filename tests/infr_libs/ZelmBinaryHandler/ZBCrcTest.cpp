@@ -109,3 +109,29 @@ TEST(ZBCrc, AgreesWithTheDefinitionOnLongRandomInputs) {
         EXPECT_EQ(crcOf(message), bitSerialCrc(message));
     }
 }
+
+// --- In pieces ---
+
+TEST(ZBCrc, OfPiecesIsThatOfTheWhole) {
+    std::mt19937 random(9);
+    for (int i = 0; i < 300; ++i) {
+        const std::string message = randomBytes(random, random() % 200);
+        ZBCrc crc;
+        for (std::size_t done = 0; done < message.size();) {
+            const std::size_t numBytes = std::min<std::size_t>(random() % 40, message.size() - done);
+            crc.add(message.data() + done, numBytes);
+            done += numBytes;
+        }
+        EXPECT_EQ(crc.value(), bitSerialCrc(message));
+    }
+}
+
+TEST(ZBCrc, CanBeAskedForBetweenPieces) {
+    ZBCrc crc;
+    EXPECT_EQ(crc.value(), 0U);
+    crc.add("\x01", 1);
+    EXPECT_EQ(crc.value(), 0x80U);
+    crc.add(nullptr, 0);
+    crc.add("\x02\x03\x04", 3);
+    EXPECT_EQ(crc.value(), 0x8040C020U);
+}

@@ -130,6 +130,17 @@ TEST(ZBHandlerFaults, ReadAndWrittenAgainARandomContainerIsTheSame) {
     }
 }
 
+TEST(ZBHandlerFaults, LargePayloadsAreReadAndWrittenToo) {
+    // Larger than what is copied in one piece, and larger than the memory that is asked for in its own way.
+    std::mt19937 random(10);
+    for (const std::size_t numBytes : {65535, 65536, 65537, 200001, (2 << 20) - 1, 2 << 20, 3000002}) {
+        const std::string file = ImageBuilder().sector(9, randomBytes(random, numBytes)).end().bytes();
+        const Container container = load(file);
+        ASSERT_EQ(container->errorCode, 0) << numBytes;
+        ASSERT_EQ(write(container), file) << numBytes;
+    }
+}
+
 TEST(ZBHandlerFaults, WrittenAndReadAgainRandomSectorsAreTheSame) {
     std::mt19937 random(5);
     for (int i = 0; i < 300; ++i) {
