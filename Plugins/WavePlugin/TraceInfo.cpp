@@ -3,6 +3,7 @@
 #include "infr_libs/PluginLibrary/PluginLibrary.h"
 #include "Plugins/WavePlugin/ClockBlockTracer.h"
 #include "Plugins/WavePlugin/CycleTracer.h"
+#include "Plugins/WavePlugin/FunctionTracer.h"
 #include "Plugins/WavePlugin/InstructionTracer.h"
 #include "Plugins/WavePlugin/PortTracer.h"
 #include "Plugins/WavePlugin/StructureFileWriter.h"
@@ -33,8 +34,8 @@ void TraceInfo::initialise(TracePluginCallbacks* callbacks, PluginLibrary* libra
         addTracer<TimerTracer>(callbacks);
     if (m_traceInstructions)
         addTracer<InstructionTracer>(callbacks);
-    // The last in order is the tracer of functions (m_traceFunctions); until it exists the setting is
-    // accepted and makes nothing.
+    if (m_traceFunctions)
+        addTracer<FunctionTracer>(callbacks);
     m_library = library;
 }
 

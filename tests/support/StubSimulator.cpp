@@ -68,8 +68,8 @@ const TracePluginCallbacks StubSimulator::s_callbacks = {
         [](unsigned int pid, unsigned int, TraceInstructionState* state) {
             ++s_current->calls[18];
             s_current->answer(state, s_current->core(pid).instruction, listedInstructionWords());
-            if (state->mnemonic)
-                state->mnemonic = s_current->text(state->mnemonic);
+            state->mnemonic = s_current->text(state->mnemonic);
+            state->functionName = s_current->text(state->functionName);
         },
     .getNumThreads =
         [](unsigned int pid) {
