@@ -186,7 +186,7 @@ StringVector* StringLibrary::strTok(const std::string* text, const char* separat
     const auto append = [](StringVector& strings, Position begin, Position end) {
         auto entry = std::make_unique<std::string>(begin, end);
         strings.push_back(entry.get());
-        entry.release();
+        static_cast<void>(entry.release()); // the vector's now
     };
 
     auto tokens = std::make_unique<StringVector>();

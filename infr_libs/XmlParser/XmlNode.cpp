@@ -62,7 +62,9 @@ XmlNode::~XmlNode() {
         while (!unfinished.empty()) {
             const std::unique_ptr<XmlNode> node = std::move(unfinished.back());
             unfinished.pop_back();
-            std::ranges::move(node->m_nodes, std::back_inserter(unfinished));
+            // As one range: where there is no room, none has moved and the node is still whole.
+            unfinished.insert(unfinished.end(), std::move_iterator(node->m_nodes.begin()),
+                              std::move_iterator(node->m_nodes.end()));
             node->m_nodes.clear();
         }
     } catch (...) {
@@ -110,11 +112,10 @@ void XmlNode::addNode(XmlNode* node) {
 }
 
 void XmlNode::createOrReplaceAttribute(const char* name, const char* value) {
-    auto attribute = std::make_unique<XmlAttribute>(name, value);
     if (XmlAttribute* old = findAttribute(name))
-        replaceAttribute(old, attribute.release());
+        replaceAttribute(old, new XmlAttribute(name, value));
     else
-        m_attributes.push_back(std::move(attribute));
+        m_attributes.push_back(std::make_unique<XmlAttribute>(name, value));
 }
 
 void XmlNode::replaceAttribute(XmlAttribute* old, XmlAttribute* replacement) {

@@ -73,6 +73,7 @@ bool XmlNode::getDoubleAttribute(const char* name, double& result, bool required
     static_cast<void>(required); // without effect: wanted
     const XmlAttribute* attribute = findAttribute(name);
     const CLocale pointIsAPoint;
+    // NOLINTNEXTLINE(cert-err34-c): what sscanf takes for a number is a number
     return attribute && std::sscanf(attribute->getValueSz(), "%lf", &result) == 1;
 }
 
