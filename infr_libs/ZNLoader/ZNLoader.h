@@ -1,6 +1,7 @@
 #pragma once
 
 #include "infr_libs/ErrorHandler/ZelmUtils.h"
+#include "infr_libs/ZCC/ZCCPaths.h"
 #include "infr_libs/ZNLoader/ZNUtils.h"
 
 #include <iosfwd>
@@ -26,7 +27,7 @@ class XmlParser;
 //
 // A fatal error is thrown, as a `std::string` with every error built so far. After that the loader is fit for
 // destruction only. Readers and checks return true for failure, and `open` adds a message of its own; the
-// `buildAs...` operations and `beBrutish` return true for success.
+// `buildAs...` operations return true for success.
 class ZNLoader {
 public:
     // Architecture of the switches, which decides the width of routing identifiers and the delays of links.
@@ -99,6 +100,7 @@ public:
     ZNUtils m_utils;                        // error text so far, and ignored codes
     ZelmUtils* m_zelmUtils = nullptr;       // owned with its handler and string library
     XmlParser* m_parser = nullptr; // of the network document; owned, since elements serve as locations
+    ZCCPaths m_paths;              // where package and configuration files are looked for
     std::map<std::string, Position> m_positions;     // of a hypercube: node id to position
     std::map<Position, std::string> m_positionNames; // and back
     std::string m_ownWarnings;                       // where warnings go that nobody asked for
@@ -154,6 +156,9 @@ public:
 
     // ---- Top level of the document (ZNLoaderDocument.cpp) ----
 
+    // All children of the root, in document order: what `open` does ahead of its passes.
+    bool readNetwork(XmlNode* root);
+
     bool readType(XmlNode* element);
     bool readName(XmlNode* element);
     bool readBoardId(XmlNode* element);
@@ -162,10 +167,18 @@ public:
     bool readNodes(XmlNode* element, Package* package); // null: outside any package
     bool readDeclarations(XmlNode* element);
 
-    // ---- Nodes and cores (ZNLoaderNodes.cpp) and their clocks (ZNLoaderClocks.cpp) ----
+    // Finds and parses the file of a package's type, at its first use.
+    void loadPackageFile(Package& package, XmlNode* element);
+
+    // ---- Nodes (ZNLoaderNodes.cpp) and cores (ZNLoaderCores.cpp) ----
 
     bool readNode(XmlNode* element, Package* package); // null: outside any package
     bool readCore(XmlNode* element, ProcNode* node);
+
+    // Finds and reads the configuration of a node's type, at its first use.
+    void loadConfiguration(ProcNode& node, XmlNode* element);
+
+    // ---- The values of attributes (ZNLoaderValues.cpp) ----
 
     // Hz of a text such as "400", "400MHz", "32k" or "100Hz"; a bare number means MHz. The element is where
     // a fault is reported.
@@ -176,6 +189,8 @@ public:
 
     // The pieces between commas as they stand, no piece for an empty text. The caller deletes the vector.
     std::vector<std::string>* getCommaSeparatedArgs(const std::string& text);
+
+    // ---- Clocks (ZNLoaderClocks.cpp) ----
 
     // Binds `OscillatorSrc` to its node, and takes over the frequency.
     void propagateZssc();
@@ -196,7 +211,7 @@ public:
     bool readJTAGChain(XmlNode* element);
     static bool jtagPositionComparitor(const ChainLink& first, const ChainLink& second);
 
-    // ---- Boot, devices (ZNLoaderBoot.cpp) and services (ZNLoaderServices.cpp) ----
+    // ---- Boot (ZNLoaderBoot.cpp), devices (ZNLoaderDevices.cpp) and services (ZNLoaderServices.cpp) ----
 
     bool readBoot(XmlNode* element, ProcNode* node);
     bool readDevices(XmlNode* element);
@@ -239,9 +254,42 @@ public:
     void assignRoutingIdsForZssc(const char* fileName);
 
 private:
+    // A file of the device paths that objects of one type share: thousands of nodes need it read once.
+    template<class Content>
+    struct SharedFile {
+        std::string m_path;
+        std::shared_ptr<Content> m_content; // null until it was read
+    };
+
     void initialise();
 
-    std::string m_fileName; // as given to `open`: what messages about the document as a whole name
+    bool readPackage(XmlNode* element, XmlNode* packages);
+    void readComponent(XmlNode* element, Package& package);
+    bool readUnpackagedNodes(XmlNode* element);
+    void readDeclaration(XmlNode* element);
+    bool readProcNode(XmlNode* element, Package* package);
+    bool readDeviceNode(XmlNode* element);
+    bool readZsscNode(XmlNode* element, Package* package);
+    void readLink(XmlNode* element);
+    void readDevice(XmlNode* element);
+    void checkDeviceNames();
+    void bindBootDevices();
+    void bindBootees();
+    void bootBootees();
+    void bootTheRest();
+    std::unordered_map<std::string, ExtDevice*> devicesByName() const; // the first of a name counts
+
+    // Enters the nodes that were added since the last call into the maps below and `m_nodeMap`.
+    void offerNodes();
+
+    std::string m_fileName;         // as given to `open`: what messages about the document as a whole name
+    std::size_t m_nodesOffered = 0; // nodes that `m_nodeMap` covers
+    std::size_t m_procNodesOffered = 0;                            // processors that `m_procOrdinals` covers
+    std::unordered_map<std::string, unsigned> m_procOrdinals;      // id to index; the first of an id stays
+    std::size_t m_devicesNamed = 0;                                // devices that `m_deviceOrdinals` covers
+    std::unordered_map<std::string, std::size_t> m_deviceOrdinals; // name to index
+    std::unordered_map<std::string, SharedFile<XmlParser>> m_packageFiles;    // by type
+    std::unordered_map<std::string, SharedFile<NodeConfig>> m_configurations; // by short type
 };
 
 #include "infr_libs/ZNLoader/ZNLoaderModel.h"

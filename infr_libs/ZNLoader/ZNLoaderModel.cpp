@@ -1,6 +1,8 @@
 // Ownership in the model: what each of its objects frees.
 
 #include "infr_libs/ZNLoader/ZNLoaderModel.h"
+#include "infr_libs/XmlParser/XmlParser.h"
+#include "infr_libs/ZNLoader/NodeConfig.h"
 
 namespace {
 
@@ -29,6 +31,19 @@ ZNLoader::Node::~Node() {
     deleteAll(m_bootees);
 }
 
+ZNLoader::ProcNode::~ProcNode() {
+    deleteAll(m_cores);
+    if (m_config != m_sharedConfig.get())
+        delete m_config;
+}
+
+void ZNLoader::ProcNode::setConfig(const std::shared_ptr<NodeConfig>& config) {
+    if (m_config != m_sharedConfig.get())
+        delete m_config;
+    m_sharedConfig = config;
+    m_config = config.get();
+}
+
 ZNLoader::DeviceNode::DeviceNode() : m_holdingCore(new HoldingCore) {}
 
 ZNLoader::DeviceNode::~DeviceNode() {
@@ -38,6 +53,31 @@ ZNLoader::DeviceNode::~DeviceNode() {
 
 ZNLoader::ZsscNode::~ZsscNode() {
     deleteAll(m_services);
+}
+
+ZNLoader::Package::~Package() {
+    if (m_parser != m_sharedParser.get())
+        delete m_parser;
+}
+
+void ZNLoader::Package::setParser(const std::shared_ptr<XmlParser>& parser) {
+    if (m_parser != m_sharedParser.get())
+        delete m_parser;
+    m_sharedParser = parser;
+    m_parser = parser.get();
+}
+
+bool ZNLoader::Package::holdsNode(const std::string& nodeId) {
+    if (m_heldNodes.size() != m_nodeIds.size()) { // filled by hand
+        for (const auto& [inPackageId, id] : m_nodeIds)
+            m_heldNodes.insert(id);
+    }
+    return m_heldNodes.contains(nodeId);
+}
+
+void ZNLoader::Package::addNode(const std::string& inPackageId, const std::string& nodeId) {
+    m_nodeIds.emplace(inPackageId, nodeId);
+    m_heldNodes.insert(nodeId);
 }
 
 ZNLoader::ZlinkEnd::~ZlinkEnd() = default;

@@ -3,6 +3,7 @@
 #include "infr_libs/ZNLoader/ZNLoader.h"
 
 #include <cstdio>
+#include <unordered_set>
 
 // The classes of the network's model. Documents' readers make them and the loader owns them; tests and tools
 // may build a model by hand and hand it over by appending to the loader's fields. Fields start as zero,
@@ -231,8 +232,15 @@ struct ZNLoader::Package {
     // Takes a package file that packages of one type share.
     void setParser(const std::shared_ptr<XmlParser>& parser);
 
+    // Whether some identifier of `m_nodeIds` stands for this node.
+    bool holdsNode(const std::string& nodeId);
+
+    // Adds to `m_nodeIds`.
+    void addNode(const std::string& inPackageId, const std::string& nodeId);
+
 private:
     std::shared_ptr<XmlParser> m_sharedParser;
+    std::unordered_set<std::string> m_heldNodes; // the values of `m_nodeIds`
 };
 
 // ---- Links ----

@@ -2,6 +2,7 @@
 
 #include "infr_libs/XmlParser/XmlParser.h"
 #include "tests/support/OwnedUtils.h"
+#include "tests/support/ThrownBy.h"
 
 #include <sstream>
 #include <string>
@@ -41,15 +42,4 @@ std::string written(const Body& body) {
 
 inline std::string printed(const XmlNode& node, int depth, bool indent) {
     return written([&](FILE* file) { node.print(file, depth, indent); });
-}
-
-// The text that a body throws; "nothing thrown" where it doesn't.
-template<typename Body>
-std::string thrownBy(const Body& body) {
-    try {
-        body();
-    } catch (const std::string& text) {
-        return text;
-    }
-    return "nothing thrown";
 }

@@ -13,7 +13,7 @@ std::string printed(const ZNUtils::Location& where) {
     return buffer;
 }
 
-std::string thrownBy(ZNUtils& utils, ZNUtils::ErrorCode code, const char* text) {
+std::string thrownWith(ZNUtils& utils, ZNUtils::ErrorCode code, const char* text) {
     try {
         utils.throwError(code, ZNUtils::NoLocation(), "%s", text);
     } catch (const std::string& thrown) {
@@ -72,7 +72,7 @@ TEST(ZNUtilsErrors, Code11000HasNeitherKindNorNumber) {
 TEST(ZNUtilsErrors, Accumulate) {
     ZNUtils utils;
     utils.buildErrorMessage(11001, ZNUtils::NoLocation(), "a\n");
-    EXPECT_EQ(thrownBy(utils, 11002, "b\n"), "Error: ZN11001 a\nError: ZN11002 b\n");
+    EXPECT_EQ(thrownWith(utils, 11002, "b\n"), "Error: ZN11001 a\nError: ZN11002 b\n");
 }
 
 TEST(ZNUtilsErrors, AnIgnoredCodeLeavesTheTextAndThrowsWhatWasThereBefore) {
@@ -81,7 +81,7 @@ TEST(ZNUtilsErrors, AnIgnoredCodeLeavesTheTextAndThrowsWhatWasThereBefore) {
     utils.ignore(11002);
     utils.buildErrorMessage(11002, ZNUtils::NoLocation(), "b\n");
     EXPECT_EQ(utils.getErrorText(), "Error: ZN11001 a\n");
-    EXPECT_EQ(thrownBy(utils, 11002, "c\n"), "Error: ZN11001 a\n");
+    EXPECT_EQ(thrownWith(utils, 11002, "c\n"), "Error: ZN11001 a\n");
 }
 
 TEST(ZNUtilsErrors, OfAnyLengthComeOutWhole) {
