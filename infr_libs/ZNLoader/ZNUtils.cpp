@@ -101,7 +101,8 @@ void ZNUtils::throwErrors() const {
 }
 
 int ZNUtils::Stricmp(const char* first, const char* second) {
-    while (*first && upper(*first) == upper(*second)) {
+    // Equal characters need no look at their case: most of a name's are.
+    while (*first && (*first == *second || upper(*first) == upper(*second))) {
         ++first;
         ++second;
     }
@@ -110,9 +111,18 @@ int ZNUtils::Stricmp(const char* first, const char* second) {
 }
 
 int ZNUtils::IntOf(const std::string& text) {
+    // Plain decimal numbers, which nearly all are, without the cost of a stream.
+    constexpr std::size_t maxDigits = 9; // these always fit
+    const bool isPlain = !text.empty() && text.size() <= maxDigits && (text[0] != '0' || text.size() == 1) &&
+                         text.find_first_not_of("0123456789") == std::string::npos;
+    int value = 0;
+    if (isPlain) {
+        for (const char digit : text)
+            value = value * 10 + (digit - '0');
+        return value;
+    }
     std::istringstream stream(text);
     stream.unsetf(std::ios_base::basefield);
-    int value = 0;
     stream >> value;
     return value;
 }
