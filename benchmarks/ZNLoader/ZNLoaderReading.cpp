@@ -1,6 +1,6 @@
 // Reading a large network beside parsing its document alone. The goal is less than twice the parser's time:
 // the readers take no longer than the parser does. Both run in turn, and the best of each counts.
-// usage: ZNLoaderReading [ROUNDS]
+// usage: ZNLoaderBenchmark [ROUNDS]
 
 #include "infr_libs/XmlParser/XmlParser.h"
 #include "infr_libs/ZNLoader/ZNLoader.h"

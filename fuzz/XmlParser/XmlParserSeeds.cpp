@@ -1,9 +1,8 @@
 // Writes the seeds of the fuzz target: a document of each kind that the parser's rules tell apart.
 
+#include "tests/support/FuzzSeeds.h"
 #include "tests/support/XmlText.h"
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 namespace {
@@ -43,12 +42,5 @@ const std::string s_seeds[] = {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2)
-        return 2;
-    const std::filesystem::path folder = argv[1];
-    std::filesystem::create_directories(folder);
-    unsigned number = 0;
-    for (const std::string& seed : s_seeds)
-        std::ofstream(folder / ("seed" + std::to_string(number++)), std::ios::binary) << seed;
-    return 0;
+    return writeSeeds(argc, argv, s_seeds);
 }

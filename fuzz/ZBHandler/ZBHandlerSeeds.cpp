@@ -1,11 +1,10 @@
 // Writes the seeds of the fuzz target: containers with every type of sector, each also with waived CRCs, so
 // that a change to a payload gets through.
 
+#include "tests/support/FuzzSeeds.h"
 #include "tests/support/ImageBuilder.h"
 #include "tests/support/SegmentFile.h"
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 namespace {
@@ -36,12 +35,5 @@ const std::string s_seeds[] = {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2)
-        return 2;
-    const std::filesystem::path folder = argv[1];
-    std::filesystem::create_directories(folder);
-    unsigned number = 0;
-    for (const std::string& seed : s_seeds)
-        std::ofstream(folder / ("seed" + std::to_string(number++)), std::ios::binary) << seed;
-    return 0;
+    return writeSeeds(argc, argv, s_seeds);
 }

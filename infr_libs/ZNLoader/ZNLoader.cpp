@@ -71,6 +71,7 @@ ZNLoader::~ZNLoader() {
     };
     deleteAll(m_declarations);
     deleteAll(m_packages);
+    m_packageFiles.clear(); // their parsers report through the record that goes last
     deleteAll(m_nodes);
     deleteAll(m_devices);
     deleteAll(m_links);

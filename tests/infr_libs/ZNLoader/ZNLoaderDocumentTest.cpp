@@ -1,6 +1,7 @@
 // The top level of a network document, packages and declarations.
 
 #include "tests/infr_libs/ZNLoader/ReadingTest.h"
+#include "tests/support/XmlText.h"
 
 class ZNLoaderDocument : public ReadingTest {
 protected:
@@ -110,6 +111,32 @@ TEST_F(ZNLoaderDocument, KeepsTheFirstNodeOfAnIdInItsMap) {
          "<Node Id='b' Type='device:3'/></Nodes></Network>");
     EXPECT_EQ(loader.m_nodeMap.at("a"), loader.m_nodes[0]);
     EXPECT_EQ(loader.m_nodeMap.at("b"), loader.m_nodes[2]);
+}
+
+TEST_F(ZNLoaderDocument, MayBeOfAnyDepth) {
+    read("<Network>" + nestedText(100'000) + "</Network>");
+    EXPECT_EQ(warnings, "zn:1 Warning: ZN11128 Node <a> is not recognised; ignoring.\n");
+}
+
+TEST_F(ZNLoaderDocument, MayHaveAnyNumberOfAttributes) {
+    constexpr std::size_t numAttributes = 100'000;
+    read("<Network><Nodes><Node Id='d' Type='device:x'" + repeated(" x='1'", numAttributes) +
+         "/></Nodes></Network>");
+    const std::string warning =
+        "zn:1 Warning: ZN11004 Device node contains unknown attribute \"x\"; ignoring.\n";
+    EXPECT_EQ(warnings.size(), numAttributes * warning.size());
+    EXPECT_EQ(warnings.substr(0, warning.size()), warning);
+}
+
+TEST_F(ZNLoaderDocument, MayHaveAnyNumberOfElements) {
+    constexpr std::size_t numSections = 20'000;
+    read("<Network>" +
+         repeated("<Nodes><Node Id='d' Type='device:x'/></Nodes>"
+                  "<JTAGChain><JTAGDevice NodeId='d'/></JTAGChain>",
+                  numSections) +
+         "</Network>");
+    EXPECT_EQ(loader.m_nodes.size(), numSections);
+    EXPECT_EQ(loader.m_jtagNodes.back(), loader.m_nodes.front());
 }
 
 // ---- Declarations ----

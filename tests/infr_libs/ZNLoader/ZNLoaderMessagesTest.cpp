@@ -143,6 +143,8 @@ constexpr MessageRow s_nodesMessages[] = {
      "zn:2 Error: ZN11003 Unrecognised node type (\"Proc\").\n"},
     {"UnknownType", IN_NETWORK("<Nodes><Node Type='proc:X'/></Nodes>"), "",
      "zn:2 Error: ZN11101 Configuration file for node type \"X\" not found.\n"},
+    {"KindWithoutAColonIsAType", IN_NETWORK("<Nodes><Node Type='device'/></Nodes>"), "",
+     "zn:2 Error: ZN11101 Configuration file for node type \"device\" not found.\n"},
     {"UnknownAttribute", IN_NODE("X='1'", ""),
      "zn:2 Warning: ZN11004 Node node contains unknown attribute \"X\"; ignoring.\n"},
     {"WithoutId", IN_NETWORK("<Nodes><Node Type='L1'/></Nodes>"), "",
