@@ -4,7 +4,7 @@
 set(ZELM_WORD_SIZE 32 CACHE STRING "Word size of the target: 32, the simulator's, or 64")
 set_property(CACHE ZELM_WORD_SIZE PROPERTY STRINGS 32 64)
 option(ZELM_TESTS "Build the tests" ON)
-option(ZELM_BENCHMARKS "Build the benchmarks (needs Google Benchmark, native word size)" OFF)
+option(ZELM_BENCHMARKS "Build the benchmarks (with 64 bits also those that need Google Benchmark)" OFF)
 option(ZELM_FUZZ "Build the fuzz targets with libFuzzer (needs clang)" OFF)
 option(ZELM_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
 option(ZELM_WERROR "Treat warnings as errors" ON)

@@ -71,7 +71,6 @@ void ClockBlockTracer::traceVariables(FILE* fp, bool* firstChange) {
 }
 
 void ClockBlockTracer::pollClockBlocks() {
-    pollAll([this](unsigned int clockBlock, TraceClockBlockState* state) {
-        m_callbacks->getClockBlockState(m_pid, clockBlock, state);
-    });
+    pollAll([getState = m_callbacks->getClockBlockState, pid = m_pid](
+                unsigned int clockBlock, TraceClockBlockState* state) { getState(pid, clockBlock, state); });
 }

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr unsigned int s_width = 32; // two runs of sixteen digits
+constexpr unsigned int s_width = 32;
 
 constexpr SignalDoc s_docs[] = {
     {".*CYCLES", "The current core clock cycle number", {}},
@@ -43,10 +43,7 @@ void CycleTracer::initialiseVariables(FILE* fp) {
 
 void CycleTracer::traceVariables(FILE* fp, bool* firstChange) {
     printCycles(fp, firstChange);
-    const std::uint32_t cycles = m_callbacks->getCycleCount();
-    char* const digits = &m_line[1];
-    writeBinary16(digits, cycles >> 16);
-    writeBinary16(digits + 16, cycles);
+    writeBinary32(&m_line[1], m_callbacks->getCycleCount());
     // Neither compared nor flushed, unlike the value lines of other tracers: wanted.
     std::fwrite(m_line.data(), 1, m_line.size(), fp);
 }

@@ -45,7 +45,7 @@ void PadTracer::traceVariables(FILE* fp, bool* firstChange) {
 }
 
 void PadTracer::pollPads() {
-    pollAll([this](unsigned int pad, TracePadState* state) { m_callbacks->getPadState(pad, state); });
+    pollAll(m_callbacks->getPadState);
 }
 
 std::string PadTracer::padName(unsigned int pad) {

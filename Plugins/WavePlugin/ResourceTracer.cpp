@@ -2,7 +2,6 @@
 
 #include "infr_libs/ErrorHandler/Assertion.h"
 #include "Plugins/WavePlugin/BinaryDigits.h"
-#include "Plugins/WavePlugin/StreamWriter.h"
 
 #include <algorithm>
 #include <charconv>
@@ -18,6 +17,10 @@ constexpr unsigned int s_valueBits = 64;  // of every value; wider signals repea
 constexpr std::size_t s_decimalSize = 11; // of the longest 32-bit number, its sign included
 
 char* appendDecimal(char* at, std::uint32_t value) {
+    if (value < 10) { // nearly all that scalar lines show
+        *at = static_cast<char>('0' + value);
+        return at + 1;
+    }
     return std::to_chars(at, at + s_decimalSize, static_cast<std::int32_t>(value)).ptr;
 }
 
@@ -92,18 +95,28 @@ char* ResourceTracer::getBinaryValueString(const char* text, unsigned int numByt
 }
 
 void ResourceTracer::printCycles(FILE* fp, bool* firstChange) {
-    if (!*firstChange)
-        return;
+    LineStream stream(fp);
+    printCycles(stream, firstChange);
+}
+
+void ResourceTracer::writeTimeLine(LineStream& stream, bool* firstChange) {
     char line[s_decimalSize + 2];
     char* at = line;
     *at++ = '#';
     at = appendDecimal(at, m_callbacks->getCycleCount());
     *at++ = '\n';
-    std::fwrite(line, 1, static_cast<std::size_t>(at - line), fp);
+    stream.writeLater(line, static_cast<std::size_t>(at - line));
     *firstChange = false;
 }
 
-void ResourceTracer::output(FILE* fp, unsigned int width, std::uint64_t value, const Identifier& identifier) {
+void ResourceTracer::output(FILE* fp, unsigned int width, std::uint64_t value, const char* prefix,
+                            const char* suffix, unsigned int index) {
+    LineStream stream(fp);
+    output(stream, width, value, Identifier(prefix, m_tag, suffix, index));
+}
+
+void ResourceTracer::output(LineStream& stream, unsigned int width, std::uint64_t value,
+                            const Identifier& identifier) {
     Line line;
     char* at = line.text;
     if (width < 2) {
@@ -117,12 +130,7 @@ void ResourceTracer::output(FILE* fp, unsigned int width, std::uint64_t value, c
         *at++ = ' ';
     }
     at = identifier.appendTo(at);
-    writeThrough(fp, line.text, static_cast<std::size_t>(at - line.text));
-}
-
-void ResourceTracer::output(FILE* fp, unsigned int width, std::uint64_t value, const char* prefix,
-                            const char* suffix, unsigned int index) {
-    output(fp, width, value, Identifier(prefix, m_tag, suffix, index));
+    stream.writeThrough(line.text, static_cast<std::size_t>(at - line.text));
 }
 
 void ResourceTracer::outputIfChanged(FILE* fp, unsigned int width, std::uint64_t* cached, std::uint64_t value,

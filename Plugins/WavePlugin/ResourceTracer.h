@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Plugins/WavePlugin/Identifier.h"
+#include "Plugins/WavePlugin/LineStream.h"
 #include "Plugins/WavePlugin/TracePluginCallbacks.h"
 
 #include <cstdint>
@@ -90,7 +91,6 @@ public:
     // value isn't masked: wanted.
     void output(FILE* fp, unsigned int width, std::uint64_t value, const char* prefix, const char* suffix,
                 unsigned int index);
-    void output(FILE* fp, unsigned int width, std::uint64_t value, const Identifier& identifier);
 
     // Writes the value, behind the clock's time line, and remembers it; nothing if it is the one remembered.
     void outputIfChanged(FILE* fp, unsigned int width, std::uint64_t* cached, std::uint64_t value,
@@ -106,9 +106,19 @@ public:
                                bool* firstChange, const char* prefix, const char* suffix, unsigned int index);
 
 protected:
+    // The same for a run of lines, with identifiers made beforehand.
+    void printCycles(LineStream& stream, bool* firstChange) {
+        if (*firstChange)
+            writeTimeLine(stream, firstChange);
+    }
+    void output(LineStream& stream, unsigned int width, std::uint64_t value, const Identifier& identifier);
+
     TracePluginCallbacks* m_callbacks; // the simulator's; not owned
     unsigned int m_pid;                // packed core id; all bits set: no core
     std::string m_name;                // the core's, from the network; empty: no core
     char m_tag[32] = {};               // ten digits at most
     std::string m_prefix;
+
+private:
+    void writeTimeLine(LineStream& stream, bool* firstChange);
 };

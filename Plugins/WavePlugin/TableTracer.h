@@ -90,10 +90,10 @@ protected:
     template<typename Reader>
     void writeAll(FILE* fp, const Reader& reader) {
         std::fputs("$dumpvars\n", fp);
-        for (unsigned int resource = 0; resource < m_count; ++resource) {
-            bool firstChange = false; // no time line: the first values stand before the first one
-            writeRows(fp, &firstChange, resource, (1U << m_rows.size()) - 1, reader);
-        }
+        LineStream stream(fp);
+        bool firstChange = false; // no time line: the first values stand before the first one
+        for (unsigned int resource = 0; resource < m_count; ++resource)
+            writeRows(stream, &firstChange, resource, (1U << m_rows.size()) - 1, reader);
         std::fputs("$end\n\n", fp);
     }
 
@@ -105,17 +105,22 @@ protected:
     // the record points to isn't used.
     template<typename Poll>
     void pollAll(const Poll& poll) {
-        for (unsigned int resource = 0; resource < m_count; ++resource)
-            poll(resource, &m_polled[resource].state);
+        Record* const polled = m_polled.data();
+        for (unsigned int resource = 0, count = m_count; resource < count; ++resource)
+            poll(resource, &polled[resource].state);
     }
 
     // Writes the signals of which the polled word isn't the one last written.
     template<typename Reader>
     void writeChanges(FILE* fp, bool* firstChange, const Reader& reader) {
-        for (unsigned int resource = 0; resource < m_count; ++resource) {
-            const std::uint32_t words = wordsToWrite(m_polled[resource], m_written[resource]);
+        LineStream stream(fp);
+        const Record* const polled = m_polled.data();
+        const Record* const written = m_written.data();
+        const std::uint32_t shownWords = m_shownWords;
+        for (unsigned int resource = 0, count = m_count; resource < count; ++resource) {
+            const std::uint32_t words = wordsToWrite(polled[resource], written[resource], shownWords);
             if (words != 0) [[unlikely]]
-                writeRows(fp, firstChange, resource, rowsOf(words), reader);
+                writeRows(stream, firstChange, resource, rowsOf(words), reader);
         }
     }
 
@@ -152,15 +157,15 @@ private:
     }
 
     // One bit a word that some row shows and that differs.
-    std::uint32_t wordsToWrite(const Record& polled, const Record& written) const {
+    static std::uint32_t wordsToWrite(const Record& polled, const Record& written, std::uint32_t shownWords) {
         std::uint32_t words = changedWords(&polled, &written);
-        if (m_shownWords >> s_comparedWords != 0) {
-            const std::size_t upper = s_comparedWords * sizeof(std::uint32_t);
+        if (shownWords >> s_comparedWords != 0) {
+            constexpr std::size_t upper = s_comparedWords * sizeof(std::uint32_t);
             words |= changedWords(reinterpret_cast<const std::byte*>(&polled) + upper,
                                   reinterpret_cast<const std::byte*>(&written) + upper)
                      << s_comparedWords;
         }
-        return words & m_shownWords;
+        return words & shownWords;
     }
 
     // The rows that show these words, as one bit a row.
@@ -172,18 +177,19 @@ private:
     }
 
     template<typename Reader>
-    void writeRows(FILE* fp, bool* firstChange, unsigned int resource, std::uint32_t rows,
+    void writeRows(LineStream& stream, bool* firstChange, unsigned int resource, std::uint32_t rows,
                    const Reader& reader) {
         const State& polled = m_polled[resource].state;
         State& written = m_written[resource].state;
+        const Row* const table = m_rows.data();
         const Identifier* const identifiers = &m_identifiers[resource * m_rows.size()];
         const auto read = reader(polled);
         for (; rows != 0; rows &= rows - 1) {
             const auto i = static_cast<std::size_t>(std::countr_zero(rows));
-            const Row& row = m_rows[i];
+            const Row& row = table[i];
             const SignalValue signal = read(row);
-            printCycles(fp, firstChange);
-            output(fp, signal.width, signal.value, identifiers[i]);
+            printCycles(stream, firstChange);
+            output(stream, signal.width, signal.value, identifiers[i]);
             written.*row.field = polled.*row.field;
         }
     }

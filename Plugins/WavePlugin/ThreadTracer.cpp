@@ -95,7 +95,6 @@ std::uint64_t ThreadTracer::GetWaitingTypeAscii(uint type) {
 }
 
 void ThreadTracer::pollThreads() {
-    pollAll([this](unsigned int thread, TraceThreadState* state) {
-        m_callbacks->getThreadState(m_pid, thread, state);
-    });
+    pollAll([getState = m_callbacks->getThreadState,
+             pid = m_pid](unsigned int thread, TraceThreadState* state) { getState(pid, thread, state); });
 }

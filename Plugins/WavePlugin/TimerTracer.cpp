@@ -49,7 +49,7 @@ void TimerTracer::traceVariables(FILE* fp, bool* firstChange) {
 }
 
 void TimerTracer::pollTimers() {
-    pollAll([this](unsigned int timer, TraceTimerState* state) {
-        m_callbacks->getTimerState(m_pid, timer, state);
+    pollAll([getState = m_callbacks->getTimerState, pid = m_pid](unsigned int timer, TraceTimerState* state) {
+        getState(pid, timer, state);
     });
 }

@@ -1,0 +1,244 @@
+// What a clock costs, side by side with its floors in the same run: an idle clock against the plain loop
+// that polls the same records and compares each field with a 64-bit cache, a clock with changes against the
+// bare writes of the same bytes. Ratios hold from machine to machine, times don't.
+//
+// usage: PluginClockBenchmark                  measure, and print a table
+//        PluginClockBenchmark CLOCKS CHANGES   play so many clocks with so many changes each, and print
+//                                              nothing: for a tool that counts instructions
+
+#include "benchmarks/PluginClock/Device.h"
+#include "Plugins/WavePlugin/WavePlugin.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Many rounds, each shorter than a time slice, plugin and floor by turns; the best of each counts: other
+// programs slow a round down, nothing speeds one up.
+constexpr int s_rounds = 400;
+constexpr unsigned int s_idleClocksOfARound = 1000;
+constexpr unsigned int s_changesOfARound = 1000;
+
+double nanoseconds(Clock::duration time) {
+    return std::chrono::duration<double, std::nano>(time).count();
+}
+
+// ---------------------------------------------------------------- the floor of an idle clock
+
+// What a careful plain tracer keeps and does: a cache for each signal, and one compare each.
+class PlainLoop {
+public:
+    PlainLoop() : m_cache(Device::s_signals) { poll(); }
+
+    // The number of signals that changed.
+    __attribute__((noinline)) unsigned int poll() {
+        TracePluginCallbacks* const callbacks = Device::callbacks();
+        unsigned int changed = 0;
+        std::uint64_t* cache = m_cache.data();
+        const auto compare = [&](std::uint64_t value) {
+            if (*cache != value) {
+                ++changed;
+                *cache = value;
+            }
+            ++cache;
+        };
+        for (unsigned int i = 0; i < Device::s_pads; ++i) {
+            TracePadState state;
+            callbacks->getPadState(i, &state);
+            compare(state.value);
+        }
+        for (unsigned int i = 0; i < Device::s_ports; ++i) {
+            TracePortState state;
+            callbacks->getPortState(0, i, &state);
+            compare(state.value);
+            compare(state.inUse);
+            compare(state.threadsWaiting);
+            compare(state.direction);
+            compare(state.outputThreadPc);
+            compare(state.details);
+            compare(state.shiftRegister);
+            compare(state.shiftRegisterValid);
+            compare(state.shiftRegisterSize);
+            compare(state.shiftRegisterCount);
+            compare(state.transferRegister);
+            compare(state.transferRegisterFull);
+            compare(state.transferRegisterSize);
+            compare(state.counter);
+            compare(state.timeStamp);
+        }
+        for (unsigned int i = 0; i < Device::s_threads; ++i) {
+            TraceThreadState state;
+            callbacks->getThreadState(0, i, &state);
+            compare(state.inUse);
+            compare(state.waiting);
+            compare(state.resourceType);
+            compare(state.resourceNumber);
+        }
+        for (unsigned int i = 0; i < Device::s_clockBlocks; ++i) {
+            TraceClockBlockState state;
+            callbacks->getClockBlockState(0, i, &state);
+            compare(state.inUse);
+            compare(state.started);
+            compare(state.threadsWaiting);
+            compare(state.risingEdge);
+            compare(state.fallingEdge);
+        }
+        for (unsigned int i = 0; i < Device::s_timers; ++i) {
+            TraceTimerState state;
+            callbacks->getTimerState(0, i, &state);
+            compare(state.time);
+            compare(state.inUse);
+            compare(state.threadsWaiting);
+        }
+        TraceInstructionState state;
+        callbacks->getInstructionState(0, 0, &state);
+        compare(state.pc);
+        compare(state.thread);
+        std::uint64_t mnemonic = 0;
+        for (int i = 0; i < 8; ++i)
+            mnemonic = mnemonic << 8 | static_cast<unsigned char>(state.mnemonic[i]);
+        compare(mnemonic);
+        return changed;
+    }
+
+private:
+    std::vector<std::uint64_t> m_cache;
+};
+
+// ---------------------------------------------------------------- the floor of a busy clock
+
+// The pieces in which a waveform's clocks reach the file: each ends behind a value line, and what stands
+// before the line (the end of the last clock, the time line) goes with it.
+std::vector<std::string_view> writes(std::string_view clocks) {
+    std::vector<std::string_view> pieces;
+    std::size_t begin = 0;
+    for (std::size_t at = 0; at < clocks.size();) {
+        const std::size_t end = clocks.find('\n', at) + 1;
+        const char first = clocks[at];
+        at = end;
+        if (first == 'b' || first == '0' || first == '1') {
+            pieces.push_back(clocks.substr(begin, end - begin));
+            begin = end;
+        }
+    }
+    return pieces;
+}
+
+// ---------------------------------------------------------------- measuring
+
+class Benchmark {
+public:
+    Benchmark() {
+        const std::string image = m_folder.write("image.ze", "stdcore[0] 0 0\n");
+        const std::string arguments = "-ze '" + image + "' -o '" + m_folder.file("wave.vcd") +
+                                      "' -pads -ports-detailed -threads -clock-blocks -timers -instructions";
+        m_instance = PluginInitialise(Device::callbacks(), arguments.c_str());
+        PluginClock(m_instance); // the instructions' first values
+    }
+
+    ~Benchmark() { PluginTerminate(m_instance); }
+
+    void play(unsigned int clocks, unsigned int changes) {
+        for (unsigned int i = 0; i < clocks; ++i) {
+            Device::step(changes);
+            PluginClock(m_instance);
+        }
+    }
+
+    void measureIdle() {
+        constexpr unsigned int clocks = s_idleClocksOfARound;
+        PlainLoop plainLoop;
+        double plugin = 1e18;
+        double floor = 1e18;
+        unsigned int changed = 0;
+        for (int round = 0; round < s_rounds; ++round) {
+            const auto begin = Clock::now();
+            for (unsigned int i = 0; i < clocks; ++i)
+                PluginClock(m_instance);
+            const auto middle = Clock::now();
+            for (unsigned int i = 0; i < clocks; ++i)
+                changed += plainLoop.poll();
+            const auto end = Clock::now();
+            plugin = std::min(plugin, nanoseconds(middle - begin) / clocks);
+            floor = std::min(floor, nanoseconds(end - middle) / clocks);
+        }
+        if (changed != 0)
+            std::abort();
+        std::printf("%-8s %10s %12.0f %14.2f   %-24s %12.0f %8.2f\n", "idle", "0", plugin,
+                    plugin / Device::s_signals, "poll and compare", floor, plugin / floor);
+    }
+
+    void measureChanges(const char* name, unsigned int changes) {
+        const unsigned int clocks = s_changesOfARound / changes;
+        const std::string bareName = m_folder.file("bare.vcd");
+        const int bare = open(bareName.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        double plugin = 1e18;
+        double floor = 1e18;
+        for (int round = 0; round < s_rounds; ++round) {
+            const auto before = std::filesystem::file_size(m_folder.file("wave.vcd"));
+            Clock::duration time{};
+            for (unsigned int i = 0; i < clocks; ++i) {
+                Device::step(changes);
+                const auto begin = Clock::now();
+                PluginClock(m_instance);
+                time += Clock::now() - begin;
+            }
+            plugin = std::min(plugin, nanoseconds(time) / clocks);
+
+            const std::string written = tail(before);
+            const std::vector<std::string_view> pieces = writes(written);
+            const auto begin = Clock::now();
+            for (const std::string_view piece : pieces) {
+                if (write(bare, piece.data(), piece.size()) != static_cast<ssize_t>(piece.size()))
+                    std::abort();
+            }
+            floor = std::min(floor, nanoseconds(Clock::now() - begin) / clocks);
+        }
+        close(bare);
+        std::printf("%-8s %10u %12.0f %14.1f   %-24s %12.0f %8.2f\n", name, changes, plugin, plugin / changes,
+                    "bare write of the bytes", floor, plugin / floor);
+    }
+
+private:
+    // What the waveform has from a place on.
+    std::string tail(std::uintmax_t from) const {
+        std::ifstream waveform(m_folder.file("wave.vcd"), std::ios::binary);
+        waveform.seekg(static_cast<std::streamoff>(from));
+        return {std::istreambuf_iterator<char>(waveform), {}};
+    }
+
+    TemporaryFolder m_folder;
+    unsigned int m_instance;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    Benchmark benchmark;
+    if (argc == 3) {
+        benchmark.play(static_cast<unsigned int>(std::atoi(argv[1])),
+                       static_cast<unsigned int>(std::atoi(argv[2])));
+        return 0;
+    }
+    std::printf("%u signals, %zu bits\n", Device::s_signals, sizeof(void*) * 8);
+    std::printf("%-8s %10s %12s %14s   %-24s %12s %8s\n", "clock", "changes", "ns/clock", "ns/signal",
+                "floor", "ns/clock", "ratio");
+    benchmark.measureIdle();
+    benchmark.measureChanges("sparse", 10);
+    benchmark.measureChanges("busy", 200);
+    return 0;
+}
