@@ -30,9 +30,11 @@ inline std::uint32_t changedWordsPlain(const void* now, const void* before) {
 // One bit a word, word 0 lowest, set where the two differ. Both lie at multiples of 16 bytes.
 inline std::uint32_t changedWords(const void* now, const void* before) {
 #if defined(__SSE2__)
-    const auto* a = static_cast<const __m128i*>(now);
-    const auto* b = static_cast<const __m128i*>(before);
-    const auto equal = [&](int piece) { return _mm_cmpeq_epi32(a[piece], b[piece]); };
+    // Loads, and no plain reads through the pointers: only these may read objects of any type.
+    const auto equal = [&](int piece) {
+        return _mm_cmpeq_epi32(_mm_load_si128(static_cast<const __m128i*>(now) + piece),
+                               _mm_load_si128(static_cast<const __m128i*>(before) + piece));
+    };
     // Packing narrows each word's answer to a byte and keeps the order.
     const __m128i lower = _mm_packs_epi32(equal(0), equal(1));
     const __m128i upper = _mm_packs_epi32(equal(2), equal(3));
