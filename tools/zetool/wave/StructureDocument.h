@@ -51,8 +51,15 @@ struct StructureDocument {
     std::vector<StructureAliasMap> functionAliases;
     std::vector<StructureAliasMap> portAliases;
     std::vector<std::uint64_t> illFormedLines;  // what an XML parser stumbles over
+    std::vector<std::uint64_t> endLines;        // that hold the word $end, where a comment ends for others
     std::vector<std::uint64_t> unreadableLines; // lines of no known form
 };
+
+// A text as it stands in a document that a standard file carries along: `<Structure escaped="yes">`.
+std::string escapedStructureText(std::string_view text);
+
+// Whether `$end` stands in a text as a word of its own.
+bool holdsEndWord(std::string_view text);
 
 // Takes a document line by line.
 class StructureReader {
@@ -62,10 +69,21 @@ public:
     void addLine(std::string_view text, std::uint64_t line);
 
 private:
-    bool openElement(std::string_view text);
-    bool addEntry(std::string_view text);
+    // Which separator counts in a line whose values may hold anything: the first where the first value can't
+    // hold one, the last where the second can't.
+    enum class Split { AtFirst, AtLast };
+
+    bool openElement(std::string_view line);
+    bool addEntry(std::string_view line);
+
+    // The values of a line of the form: open VALUE close, and open FIRST between SECOND close.
+    bool one(std::string_view line, std::string_view open, std::string_view close, std::string& value) const;
+    bool two(std::string_view line, std::string_view open, std::string_view between, std::string_view close,
+             std::string& first, std::string& second, Split split = Split::AtLast) const;
+    std::string text(std::string_view raw) const;
 
     StructureDocument& m_document;
+    bool m_isEscaped = false; // a document carried along into a standard file is XML as it should be
     std::string m_core;
     std::string m_category;
     std::string m_group;

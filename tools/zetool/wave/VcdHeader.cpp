@@ -244,18 +244,35 @@ private:
     bool m_done = false;
 };
 
-// In files of other tools a name is one word, and a range may stand behind it.
+// In files of other tools a range may stand behind the name: "a [7:0]", with blanks of its own at times. What
+// isn't one belongs to the name.
 void splitRange(VcdVariable& variable) {
     std::string_view rest = variable.name;
     const std::string name(takeWord(rest));
-    variable.range = withoutBlanks(rest);
+    std::string range;
+    for (const char c : rest)
+        if (s_blanks.find(c) == std::string_view::npos)
+            range += c;
+    const bool isRange = range.starts_with('[') && range.find(']') == range.size() - 1 &&
+                         range.find_first_not_of("0123456789:-", 1) == range.size() - 1;
+    if (!range.empty() && !isRange)
+        return;
+    variable.range = range;
     variable.name = name;
 }
 
 } // namespace
 
 bool VcdHeader::isOfPlugin() const {
-    return structure.isThere || version.find("WaveTrace plugin") != std::string::npos;
+    const bool isNamed = structure.isThere || version.find("WaveTrace plugin") != std::string::npos;
+    return isNamed && scopes.size() == 1;
+}
+
+std::string VcdHeader::path(const VcdVariable& variable) const {
+    std::string text = variable.name;
+    for (std::size_t scope = variable.scope; scope != 0; scope = scopes[scope].parent)
+        text.insert(0, scopes[scope].name + ".");
+    return text;
 }
 
 VcdHeader readVcdHeader(VcdSource& source) {

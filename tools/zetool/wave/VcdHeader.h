@@ -45,8 +45,12 @@ struct VcdHeader {
     std::uint64_t lastLine = 0;
     std::vector<VcdHeaderFault> faults;
 
-    // Whether the wave plugin wrote the file: names are then whole lines, and times 32-bit counts of clocks.
+    // Whether the file is as the wave plugin writes it: names are then whole lines, and times 32-bit counts
+    // of clocks. A file that was made from one has scopes, and is a waveform like any other.
     bool isOfPlugin() const;
+
+    // Scopes and name of a variable, points between.
+    std::string path(const VcdVariable& variable) const;
 };
 
 // Reads a header from the start of a source, which then stands at the first byte behind it. Whatever is ill

@@ -2,9 +2,8 @@
 
 #include "tools/zetool/Command.h"
 #include "tools/zetool/Json.h"
-#include "tools/zetool/Messages.h"
 #include "tools/zetool/wave/VcdSource.h"
-#include "tools/zetool/wave/WaveSignals.h"
+#include "tools/zetool/wave/WaveNotes.h"
 
 #include <algorithm>
 #include <array>
@@ -97,7 +96,7 @@ int waveList(const Invocation& invocation) {
         writeTable(output, header, signals);
     }
     output.close();
-    for (const VcdHeaderFault& fault : header.faults)
-        printMessage(path, fault.line, fault.text);
-    return header.faults.empty() ? s_fine : s_foundWrong;
+    WaveNotes notes(path);
+    notes.addHeader(header, signals);
+    return notes.any() ? s_foundWrong : s_fine;
 }

@@ -83,9 +83,9 @@ WaveSignals::WaveSignals(const VcdHeader& header) {
 
 void WaveSignals::takeListed(const VcdHeader& header, std::vector<bool>& taken) {
     // Names that are declared twice are listed twice: the first list entry takes the first declaration.
-    std::unordered_map<std::string_view, std::vector<std::size_t>> byName;
+    std::unordered_map<std::string, std::vector<std::size_t>> byName;
     for (std::size_t index = header.variables.size(); index-- > 0;)
-        byName[header.variables[index].name].push_back(index);
+        byName[header.path(header.variables[index])].push_back(index);
     for (const StructureSignal& listed : header.structure.signals) {
         const auto found = byName.find(listed.name);
         if (found == byName.end() || found->second.empty()) {
@@ -103,7 +103,8 @@ void WaveSignals::takeListed(const VcdHeader& header, std::vector<bool>& taken) 
 void WaveSignals::placeOthers(const VcdHeader& header, const std::vector<bool>& taken) {
     if (!header.isOfPlugin()) {
         for (const VcdVariable& variable : header.variables)
-            m_all.push_back({&variable, "", "", "", "", nullptr, "", false});
+            if (!taken[static_cast<std::size_t>(&variable - header.variables.data())])
+                m_all.push_back({&variable, "", "", "", "", nullptr, "", false});
         return;
     }
     const CoreNames coreNames(header.variables);
@@ -170,8 +171,9 @@ void WaveSignals::addDocs(const VcdHeader& header) {
     for (const StructureDoc& doc : header.structure.docs)
         patterns.emplace_back(doc.pattern);
     for (WaveSignal& signal : m_all) {
+        const std::string path = header.path(*signal.variable);
         for (std::size_t index = 0; index < patterns.size() && !signal.doc; ++index)
-            if (patterns[index].matches(signal.variable->name))
+            if (patterns[index].matches(path))
                 signal.doc = &header.structure.docs[index];
     }
 }

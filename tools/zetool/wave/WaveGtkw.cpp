@@ -1,0 +1,69 @@
+#include "tools/zetool/wave/WaveGtkw.h"
+
+#include "tools/zetool/Command.h"
+#include "tools/zetool/Messages.h"
+#include "tools/zetool/OutputFile.h"
+#include "tools/zetool/wave/GtkwaveSession.h"
+#include "tools/zetool/wave/VcdSource.h"
+#include "tools/zetool/wave/WaveNotes.h"
+
+#include <cerrno>
+#include <filesystem>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+void writeFile(const fs::path& path, bool force, std::string_view text) {
+    OutputFile output(path.string(), force);
+    output.write(text);
+    output.close();
+}
+
+void makeFolder(const fs::path& path, bool force) {
+    std::error_code error;
+    if (!fs::create_directory(path, error) && !error && !force)
+        throw ToolFailure(path.string(), "exists; --force replaces what is in it");
+    if (error)
+        throw ToolFailure(path.string(), "can't be made: " + error.message());
+}
+
+} // namespace
+
+int waveGtkw(const Invocation& invocation) {
+    const fs::path path = invocation.value("FILE");
+    if (path == "-")
+        throw ToolFailure("-", "a session names its waveform: give a file");
+    fs::path savePath = path;
+    savePath.replace_extension(".gtkw");
+    if (invocation.has("output"))
+        savePath = invocation.value("output");
+    if (savePath == "-")
+        throw ToolFailure("(standard output)", "a session is several files: give a file");
+    fs::path filterPath = savePath;
+    filterPath.replace_extension(".filters");
+    const bool force = invocation.has("force");
+
+    InputFile input(path.string());
+    VcdSource source(input);
+    const VcdHeader header = readVcdHeader(source);
+    const WaveSignals signals(header);
+    const fs::path folder = fs::absolute(savePath).parent_path();
+    const GtkwaveSession session(header, signals, fs::absolute(path).lexically_relative(folder).string(),
+                                 savePath.filename().string(), filterPath.filename().string());
+    if (!force && fs::exists(savePath))
+        throw ToolFailure(savePath.string(), "exists; --force replaces it");
+    if (!session.filters().empty())
+        makeFolder(filterPath, force);
+    for (const auto& [name, content] : session.filters())
+        writeFile(filterPath / name, force, content);
+    writeFile(savePath, force, session.text());
+
+    WaveNotes notes(path.string());
+    notes.addHeader(header, signals);
+    if (session.numWithoutFilter() > 0)
+        notes.add(header.lastLine, std::to_string(session.numWithoutFilter()) +
+                                       " signals show numbers in place of texts: a session has at most " +
+                                       std::to_string(GtkwaveSession::s_mostFilters) + " filters");
+    return notes.any() ? s_foundWrong : s_fine;
+}
