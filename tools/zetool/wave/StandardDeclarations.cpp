@@ -217,14 +217,14 @@ private:
 
 std::string standardDeclarations(const VcdHeader& header, const WaveSignals& signals,
                                  const StandardSignals& chosen, const StandardNames& names,
-                                 const TimeScale& scale) {
+                                 const TimeScale& scale, bool withStructure) {
     std::string text;
     if (!header.date.empty())
         text += "$date\n  " + harmless(header.date) + "\n$end\n\n";
     if (!header.version.empty())
         text += "$version\n  " + harmless(header.version) + "\n$end\n\n";
     text += "$timescale " + scale.unit() + " $end\n\n";
-    if (header.structure.isThere)
+    if (withStructure && header.structure.isThere)
         text += StructureText(header, signals, chosen, names).make();
     text += ScopeText(signals, chosen, names).make();
     return text + "\n$enddefinitions $end\n\n";

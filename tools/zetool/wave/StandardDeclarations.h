@@ -7,7 +7,7 @@
 #include <string>
 
 // What stands before the values of a standard file: date, version, timescale, the structure document with
-// its names adapted, scopes and variables.
+// its names adapted (where it is wanted and the source has one), scopes and variables.
 std::string standardDeclarations(const VcdHeader& header, const WaveSignals& signals,
                                  const StandardSignals& chosen, const StandardNames& names,
-                                 const TimeScale& scale);
+                                 const TimeScale& scale, bool withStructure);

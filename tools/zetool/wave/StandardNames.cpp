@@ -22,7 +22,7 @@ std::string standardName(std::string_view text) {
 }
 
 StandardNames::StandardNames(const VcdHeader& header, const WaveSignals& signals,
-                             const std::vector<bool>& isKept)
+                             const std::vector<bool>& isKept, Leaf leaf)
     : m_scopes(1), m_names(signals.all().size()), m_paths(signals.all().size()) {
     for (std::size_t index = 0; index < signals.all().size(); ++index) {
         if (!isKept[index])
@@ -30,7 +30,7 @@ StandardNames::StandardNames(const VcdHeader& header, const WaveSignals& signals
         const WaveSignal& signal = signals.all()[index];
         StandardScope& scope = m_scopes[scopeOf(header, signal)];
         scope.signals.push_back(index);
-        m_names[index] = unique(scope, signal.nameInCore());
+        m_names[index] = unique(scope, leaf == Leaf::Whole ? signal.variable->name : signal.nameInCore());
         m_paths[index] = scope.path + (scope.path.empty() ? "" : ".") + m_names[index];
     }
 }

@@ -25,7 +25,11 @@ struct StandardScope {
 // become identifiers, unique in their scope. Other tools' scopes stay, their names made legal.
 class StandardNames {
 public:
-    StandardNames(const VcdHeader& header, const WaveSignals& signals, const std::vector<bool>& isKept);
+    // `Leaf::Whole` keeps the core in each name, for readers that show no scopes.
+    enum class Leaf { InScope, Whole };
+
+    StandardNames(const VcdHeader& header, const WaveSignals& signals, const std::vector<bool>& isKept,
+                  Leaf leaf = Leaf::InScope);
 
     // Scope 0 is the top.
     const std::vector<StandardScope>& scopes() const { return m_scopes; }

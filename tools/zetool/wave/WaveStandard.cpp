@@ -8,20 +8,21 @@
 
 int waveStandard(const Invocation& invocation) {
     const std::string& path = invocation.value("FILE");
-    const StandardChoice choice =
-        invocation.value("for") == "pulseview" ? StandardChoice::OneBit : StandardChoice::All;
+    const bool isForSampling = invocation.value("for") == "pulseview";
     InputFile input(path);
     VcdSource source(input);
     const VcdHeader header = readVcdHeader(source);
     const WaveSignals waveSignals(header);
-    const StandardSignals signals(waveSignals, choice);
-    const StandardNames names(header, waveSignals, signals.isKept());
+    const StandardSignals signals(waveSignals, isForSampling ? StandardChoice::OneBit : StandardChoice::All);
+    const StandardNames names(header, waveSignals, signals.isKept(),
+                              isForSampling ? StandardNames::Leaf::Whole : StandardNames::Leaf::InScope);
     TimeScale scale = TimeScale::of(header.timescale, header.isOfPlugin());
-    if (choice == StandardChoice::OneBit)
+    if (isForSampling)
         scale = scale.coarse();
 
     OutputFile output(invocation.has("output") ? invocation.value("output") : "-", invocation.has("force"));
-    output.write(standardDeclarations(header, waveSignals, signals, names, scale));
+    // A viewer that samples reads no structure document.
+    output.write(standardDeclarations(header, waveSignals, signals, names, scale, !isForSampling));
     StandardBody body(header, source, signals, scale, output);
     if (header.isWhole)
         VcdBodyScanner(source, body).scan();
@@ -45,7 +46,7 @@ int waveStandard(const Invocation& invocation) {
     if (signals.numLeftOut() > 0)
         printMessage(path, std::to_string(signals.numLeftOut()) + " of " +
                                std::to_string(waveSignals.all().size()) +
-                               " signals are left out: of one bit, and at most " +
+                               " signals are left out: such viewers take one-bit signals, at most " +
                                std::to_string(StandardSignals::s_mostChannels));
     return notes.any() ? s_foundWrong : s_fine;
 }

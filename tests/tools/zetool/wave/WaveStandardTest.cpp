@@ -275,9 +275,14 @@ TEST(WaveStandard, TakesAtMost64OneBitSignalsForPulseview) {
     const ChildResult result =
         standard(wave.start() + "#1\n1paa62\n1po00a0\n1t00a0\nb1111 po00a1\n\n#1\n", {"--for", "pulseview"});
     EXPECT_EQ(result.exitStatus, 0);
-    EXPECT_EQ(result.error, "zetool: a.vcd: 51 of 115 signals are left out: of one bit, and at most 64\n");
+    EXPECT_EQ(
+        result.error,
+        "zetool: a.vcd: 51 of 115 signals are left out: such viewers take one-bit signals, at most 64\n");
     const std::string text = body(result.output);
     EXPECT_EQ(text.substr(text.find("#25")), "#25\n1paa62\n1po00a0\n");
+    // PulseView shows no scopes: the core is in the name.
+    EXPECT_THAT(result.output, testing::HasSubstr("$var wire 1 po00a0 stdcore_0_ZS1_PORT_1A $end\n"));
+    EXPECT_THAT(result.output, testing::Not(testing::HasSubstr("$comment")));
 }
 
 TEST(WaveStandard, ReadsStandardInputAndKeepsFilesThatExist) {
