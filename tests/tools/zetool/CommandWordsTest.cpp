@@ -1,5 +1,6 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/tools/zetool/wave/WaveSamples.h"
 #include "tests/tools/zetool/ZetoolProgram.h"
 #include "tools/zetool/Commands.h"
 #include "tools/zetool/HelpText.h"
@@ -140,6 +141,22 @@ TEST(CommandWords, TheShellsAcceptTheirScripts) {
         const ChildResult result = runProgram(words);
         EXPECT_EQ(result.error, "");
         EXPECT_EQ(result.exitStatus, 0) << words[0];
+    }
+}
+
+// In a folder with a file of each kind that examples name.
+TEST(CommandWords, EveryExampleOfTheManPageRuns) {
+    const std::string page = manText();
+    for (const NamedCommand& named : shownCommands()) {
+        EXPECT_FALSE(named.command->examples.empty()) << named.words();
+        for (const ExampleRow& example : named.command->examples) {
+            EXPECT_THAT(page, testing::HasSubstr(std::string(".B ") + example.line + "\n"));
+            const TemporaryFolder folder;
+            folder.write("a.vcd", fullSample().start() + "#1\n1po00b0\n\n#2\n");
+            const ChildResult result = zetoolShell(folder.path(), example.line);
+            EXPECT_GE(result.exitStatus, 0) << example.line;
+            EXPECT_LE(result.exitStatus, 1) << example.line << "\n" << result.error;
+        }
     }
 }
 

@@ -10,6 +10,8 @@ namespace {
 
 constexpr std::string_view s_blanks = " \t\r\v\f";
 
+constexpr std::size_t s_deepestScope = 1000;
+
 // Keywords that open a declaration. Only before one of them, or at the end of a line, is a `$end` the end of
 // a `$var`: the plugin writes names as they are, and one of them may hold the word.
 constexpr std::array<std::string_view, 8> s_keywords = {
@@ -193,6 +195,13 @@ private:
     }
 
     void openScope() {
+        // No design nests so deep; a file that claims it would make paths out of all proportion.
+        if (++m_depth > s_deepestScope) {
+            if (m_depth == s_deepestScope + 1)
+                fault("scopes nest deeper than " + std::to_string(s_deepestScope) +
+                      "; inner ones are left out");
+            return;
+        }
         std::string_view rest = m_body;
         const std::string type(takeWord(rest));
         m_header.scopes.push_back({type, std::string(withoutBlanks(rest)), m_scope});
@@ -200,8 +209,10 @@ private:
     }
 
     void closeScope() {
-        if (m_scope == 0)
-            fault("$upscope without a scope");
+        if (m_depth == 0)
+            return fault("$upscope without a scope");
+        if (m_depth-- > s_deepestScope)
+            return;
         m_scope = m_header.scopes[m_scope].parent;
     }
 
@@ -240,6 +251,7 @@ private:
     std::string m_body;      // its words so far
     std::uint64_t m_bodyLine = 0;
     std::size_t m_scope = 0;
+    std::size_t m_depth = 0; // of open scopes, those left out too
     bool m_inStructure = false;
     bool m_done = false;
 };
@@ -273,6 +285,10 @@ std::string VcdHeader::path(const VcdVariable& variable) const {
     for (std::size_t scope = variable.scope; scope != 0; scope = scopes[scope].parent)
         text.insert(0, scopes[scope].name + ".");
     return text;
+}
+
+bool isPlainName(std::string_view name) {
+    return std::ranges::all_of(name, [](char c) { return c > ' ' && c < 127 && c != ':'; });
 }
 
 VcdHeader readVcdHeader(VcdSource& source) {

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class VcdSource;
@@ -52,6 +53,9 @@ struct VcdHeader {
     // Scopes and name of a variable, points between.
     std::string path(const VcdVariable& variable) const;
 };
+
+// Whether a name is one word of ASCII without a colon: with another, GTKWave refuses the whole file.
+bool isPlainName(std::string_view name);
 
 // Reads a header from the start of a source, which then stands at the first byte behind it. Whatever is ill
 // formed is passed over and noted under `faults`.

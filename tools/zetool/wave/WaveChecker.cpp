@@ -22,10 +22,6 @@ bool endsInBitNumber(std::string_view name) {
     return std::ranges::all_of(inner, isDigit);
 }
 
-bool isNameOfOneWord(std::string_view name) {
-    return std::ranges::all_of(name, [](char c) { return c > ' ' && c < 127 && c != ':'; });
-}
-
 } // namespace
 
 WaveChecker::WaveChecker(const VcdHeader& header, const WaveSignals& signals, const VcdSource& source)
@@ -70,7 +66,7 @@ void WaveChecker::checkName(const VcdVariable& variable) {
         m_troubles[Trouble::NoScopes].note(variable.name, variable.line);
     if (holdsEndWord(variable.name))
         m_troubles[Trouble::NameEndsStatement].note(variable.name, variable.line);
-    else if (!isNameOfOneWord(variable.name))
+    else if (!isPlainName(variable.name))
         m_troubles[Trouble::NameHasBlank].note(variable.name, variable.line);
     if (variable.width <= 1 && m_isOfPlugin && endsInBitNumber(variable.name))
         m_troubles[Trouble::NameIsBit].note(variable.name, variable.line);

@@ -7,7 +7,7 @@
 #include "tools/zetool/wave/VcdSource.h"
 #include "tools/zetool/wave/WaveNotes.h"
 
-#include <cerrno>
+#include <algorithm>
 #include <filesystem>
 
 namespace {
@@ -61,6 +61,11 @@ int waveGtkw(const Invocation& invocation) {
 
     WaveNotes notes(path.string());
     notes.addHeader(header, signals);
+    const auto refused = std::ranges::find_if(
+        header.variables, [](const VcdVariable& variable) { return !isPlainName(variable.name); });
+    if (refused != header.variables.end())
+        notes.add(refused->line, "GTKWave refuses a file with such a name: " + refused->name +
+                                     "; 'zetool wave standard' makes one that it opens");
     if (session.numWithoutFilter() > 0)
         notes.add(header.lastLine, std::to_string(session.numWithoutFilter()) +
                                        " signals show numbers in place of texts: a session has at most " +

@@ -104,7 +104,8 @@ TEST_F(Readers, TimesAreThoseOfTheClocks) {
 TEST_F(Readers, VcdParserReadsEqualValuesAtRightTimes) {
     for (const std::uint64_t megahertz : s_frequencies) {
         const VcdText expected = convert(longRun(megahertz));
-        const ChildResult result = shell("node " + m_readers + "read-with-parser.js s.vcd");
+        const ChildResult result =
+            shell("NODE_PATH=" ZETOOL_NODE_MODULES " node " + m_readers + "read-with-parser.js s.vcd");
         ASSERT_EQ(result.exitStatus, 0) << result.error;
         EXPECT_EQ(asChanges(expected, result.output, false).changes, expected.changes) << megahertz;
     }
@@ -113,7 +114,8 @@ TEST_F(Readers, VcdParserReadsEqualValuesAtRightTimes) {
 TEST_F(Readers, VcdStreamReadsEqualValuesAtRightTimes) {
     for (const std::uint64_t megahertz : s_frequencies) {
         const VcdText expected = convert(longRun(megahertz));
-        const ChildResult result = shell("node " + m_readers + "read-with-stream.js s.vcd");
+        const ChildResult result =
+            shell("NODE_PATH=" ZETOOL_NODE_MODULES " node " + m_readers + "read-with-stream.js s.vcd");
         ASSERT_EQ(result.exitStatus, 0) << result.error;
         EXPECT_EQ(asChanges(expected, result.output, true).changes, expected.changes) << megahertz;
     }
@@ -206,6 +208,19 @@ TEST_F(Readers, GtkwaveWritesEveryTraceLineOfASessionAgain) {
         EXPECT_THAT(again, testing::HasSubstr("[dumpfile] \"" + m_folder.file(name + "/a.vcd") + "\""));
         EXPECT_EQ(traceLines(again, m_folder.file(name)), traceLines(written, m_folder.file(name)));
     }
+}
+
+TEST_F(Readers, GtkwaveWritesTheSessionOfAStandardFileAgain) {
+    convert(fullSample().start() + "#1\n1po00b0\n\n#9\n");
+    m_folder.write("script", s_script);
+    ASSERT_EQ(shell("zetool wave gtkw s.vcd").exitStatus, 0);
+    const std::string written = m_folder.read("s.gtkw");
+    EXPECT_THAT(written,
+                testing::HasSubstr("+{uart_tx (ZS1_PORT_1A)} stdcore_0.Ports.ZS1_PORT_1A.ZS1_PORT_1A\n"));
+    const ChildResult result =
+        shell("sed -i s/MARKER/1/ script; " + m_readers + "with-display gtkwave -S script s.gtkw");
+    EXPECT_EQ(result.exitStatus, 0) << result.error;
+    EXPECT_EQ(traceLines(m_folder.read("s.gtkw"), m_folder.path()), traceLines(written, m_folder.path()));
 }
 
 TEST_F(Readers, GtkwaveShowsTextsAndUserNames) {

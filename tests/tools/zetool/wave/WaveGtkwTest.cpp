@@ -172,6 +172,19 @@ TEST(WaveGtkw, KeepsASessionThatExists) {
     EXPECT_NE(folder.read("a.gtkw"), "mine");
 }
 
+TEST(WaveGtkw, SaysThatGtkwaveRefusesAName) {
+    SampleWave wave;
+    wave.cores.emplace_back();
+    wave.cores[0].ports = {{"a:b", 1, ""}};
+    const TemporaryFolder folder;
+    folder.write("a.vcd", wave.start());
+    const ChildResult result = zetoolShell(folder.path(), "zetool wave gtkw a.vcd");
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.error,
+              "zetool: a.vcd:80: GTKWave refuses a file with such a name: stdcore[0]_a:b; 'zetool wave "
+              "standard' makes one that it opens\n");
+}
+
 TEST(WaveGtkw, WantsAFile) {
     const ChildResult result = zetool({"wave", "gtkw", "-"});
     EXPECT_EQ(result.exitStatus, 2);

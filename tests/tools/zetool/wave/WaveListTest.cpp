@@ -132,4 +132,17 @@ TEST(WaveList, SaysWhatIsWrongWithDeclarations) {
                              "1      b\n");
 }
 
+TEST(WaveList, TakesScopesOnlyAsDeepAsDesignsAre) {
+    std::string text = "$timescale 1 ns $end\n";
+    for (int depth = 0; depth < 1002; ++depth)
+        text += "$scope module m $end\n";
+    text += "$var wire 1 ! a $end\n";
+    for (int depth = 0; depth < 1002; ++depth)
+        text += "$upscope $end\n";
+    const ChildResult result = list(text + "$var wire 1 % b $end\n$enddefinitions $end\n", "--json");
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.error, "zetool: a.vcd:1002: scopes nest deeper than 1000; inner ones are left out\n");
+    EXPECT_THAT(result.output, testing::HasSubstr("\"scopes\": [],\n"));
+}
+
 } // namespace
