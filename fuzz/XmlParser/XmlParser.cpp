@@ -5,6 +5,7 @@
 #include "infr_libs/ErrorHandler/CatchableErrorHandler.h"
 #include "infr_libs/ErrorHandler/ZelmUtils.h"
 #include "infr_libs/StringLibrary/StringLibrary.h"
+#include "tests/support/XmlText.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -22,18 +23,6 @@ public:
 private:
     unsigned m_numReports = 0;
 };
-
-// A backslash at the very end of a tag's text is a stated limit that ends the process. It can stand there
-// only at the end of the input, with or without a line end behind it, or ahead of a zero byte.
-std::string withoutStatedEnd(std::string text) {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool last = i + 1 == text.size() || text[i + 1] == '\0';
-        const bool lastOfLine = i + 2 == text.size() && text[i + 1] == '\n';
-        if (text[i] == '\\' && (last || lastOfLine))
-            text[i] = '/';
-    }
-    return text;
-}
 
 std::string printed(const XmlNode& node) {
     char* text = nullptr;

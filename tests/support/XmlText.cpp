@@ -32,3 +32,13 @@ std::string repeated(const std::string& text, std::size_t count) {
 std::string nestedText(std::size_t numLevels) {
     return repeated("<a>", numLevels) + repeated("</a>", numLevels);
 }
+
+std::string withoutStatedEnd(std::string text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool last = i + 1 == text.size() || text[i + 1] == '\0';
+        const bool lastOfLine = i + 2 == text.size() && text[i + 1] == '\n';
+        if (text[i] == '\\' && (last || lastOfLine))
+            text[i] = '/';
+    }
+    return text;
+}

@@ -14,3 +14,8 @@ std::string repeated(const std::string& text, std::size_t count);
 
 // An element in an element, and so on: that many levels, closed.
 std::string nestedText(std::size_t numLevels);
+
+// The text without the one thing in a document that ends the process, for fuzz targets: a backslash at the
+// very end of a tag's text is a stated limit. It can stand there only at the end of the input, with or
+// without a line end behind it, or ahead of a zero byte.
+std::string withoutStatedEnd(std::string text);
