@@ -1,20 +1,18 @@
 // The pile: identifiers for processors joined in a line, and the pairs that cross each link.
 
-#include "infr_libs/ZNLoader/FirstHops.h"
 #include "infr_libs/ZNLoader/NetworkGraph.h"
+#include "infr_libs/ZNLoader/ShortestWays.h"
 #include "infr_libs/ZNLoader/ZNLoader.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cstdint>
-#include <map>
 #include <optional>
+#include <utility>
 
 namespace {
 
 constexpr unsigned s_none = NetworkGraph::s_none;
-constexpr unsigned s_maxBits = 16; // of a routing identifier
 
 // For each pair of processors the highest bit in which their identifiers are to differ. Seen from any
 // processor, the destinations behind one first hop, a group, share bits that no other group has.
@@ -26,76 +24,65 @@ class BitAssignment {
 public:
     BitAssignment(const NetworkGraph& graph, std::uint16_t allBits)
         : m_numProcessors(graph.numProcessors()),
-          m_numBits(static_cast<unsigned>(std::popcount(allBits))),
-          m_free(m_numProcessors, allBits),
-          m_own(m_numProcessors),
-          m_groups(m_numProcessors),
-          m_bits(m_numProcessors) {
-        FirstHops firstHops(graph);
-        m_isComplete = beBrutish(graph, firstHops);
-    }
+          m_sources(m_numProcessors, Source{allBits, {}}),
+          m_bits(m_numProcessors),
+          m_isComplete(beBrutish(graph)) {}
 
     bool isComplete() const { return m_isComplete; }
 
     // The bit's number, for two different processors.
-    unsigned bit(unsigned a, unsigned b) const { return a < b ? m_bits[a][b] : m_bits[b][a]; }
+    unsigned bit(unsigned a, unsigned b) const {
+        const auto [low, high] = std::minmax(a, b);
+        return m_bits[low][high - low - 1];
+    }
 
 private:
-    bool beBrutish(const NetworkGraph& graph, FirstHops& firstHops) {
+    struct Group {
+        unsigned firstHop;
+        std::uint16_t own;
+    };
+
+    // A processor with the groups that have got a bit: at most as many as there are bits.
+    struct Source {
+        std::uint16_t free; // bits that no group has
+        std::vector<Group> groups;
+
+        Group& group(unsigned firstHop) {
+            const auto found = std::ranges::find(groups, firstHop, &Group::firstHop);
+            return found != groups.end() ? *found : groups.emplace_back(Group{firstHop, 0});
+        }
+    };
+
+    // Fills m_bits row by row; true for success.
+    bool beBrutish(const NetworkGraph& graph) {
+        ShortestWays ways(graph);
+        // Groups go by the name of the first hop, and what can't be reached has the empty name.
+        const auto groupOf = [&](unsigned hop) {
+            return hop == s_none || graph.node(hop)->m_id.empty() ? s_none : hop;
+        };
         for (unsigned a = 0; a < m_numProcessors; ++a) {
-            if (m_groups[a].empty() && !findGroups(a, graph, firstHops))
-                return false;
-            m_bits[a].resize(m_numProcessors);
+            ways.start(a);
             for (unsigned b = a + 1; b < m_numProcessors; ++b) {
-                if (m_groups[b].empty() && !findGroups(b, graph, firstHops))
+                Group& atA = m_sources[a].group(groupOf(ways.firstHop(b)));
+                Group& atB = m_sources[b].group(groupOf(ways.firstHopBack(b)));
+                const unsigned open = (m_sources[a].free | atA.own) & (m_sources[b].free | atB.own);
+                if (open == 0)
                     return false;
-                if (!assign(a, b))
-                    return false;
+                const auto highest = static_cast<std::uint16_t>(std::bit_floor(open));
+                for (Group* group : {&atA, &atB})
+                    group->own |= highest;
+                for (const unsigned source : {a, b})
+                    m_sources[source].free &= static_cast<std::uint16_t>(~highest);
+                m_bits[a].push_back(static_cast<std::uint8_t>(std::countr_zero(highest)));
             }
         }
         return true;
     }
 
-    // Numbers the groups of a source. More groups than bits can't end well: each needs one of its own.
-    bool findGroups(unsigned source, const NetworkGraph& graph, FirstHops& firstHops) {
-        const std::vector<unsigned>& hops = firstHops.from(source);
-        std::map<std::string_view, std::uint8_t> numbers; // what can't be reached has the empty name
-        m_groups[source].resize(m_numProcessors);
-        for (unsigned target = 0; target < m_numProcessors; ++target) {
-            if (target == source)
-                continue;
-            const unsigned hop = hops[target];
-            const std::string_view name = hop == s_none ? std::string_view() : graph.node(hop)->m_id;
-            const auto number = static_cast<std::uint8_t>(numbers.size());
-            m_groups[source][target] = numbers.emplace(name, number).first->second;
-            if (numbers.size() > m_numBits)
-                return false;
-        }
-        return true;
-    }
-
-    bool assign(unsigned a, unsigned b) {
-        std::uint16_t& ownA = m_own[a][m_groups[a][b]];
-        std::uint16_t& ownB = m_own[b][m_groups[b][a]];
-        const auto open = static_cast<std::uint16_t>((m_free[a] | ownA) & (m_free[b] | ownB));
-        if (open == 0)
-            return false;
-        const std::uint16_t highest = std::bit_floor(open);
-        for (std::uint16_t* own : {&ownA, &ownB})
-            *own |= highest;
-        for (const unsigned source : {a, b})
-            m_free[source] &= static_cast<std::uint16_t>(~highest);
-        m_bits[a][b] = static_cast<std::uint8_t>(std::countr_zero(highest));
-        return true;
-    }
-
     unsigned m_numProcessors;
-    unsigned m_numBits;
+    std::vector<Source> m_sources;                 // by processor
+    std::vector<std::vector<std::uint8_t>> m_bits; // by processor, for those behind it
     bool m_isComplete;
-    std::vector<std::uint16_t> m_free;                       // by source: bits that no group has
-    std::vector<std::array<std::uint16_t, s_maxBits>> m_own; // by source and group: bits of the group
-    std::vector<std::vector<std::uint8_t>> m_groups;         // by source and target; empty until needed
-    std::vector<std::vector<std::uint8_t>> m_bits;           // by lower and higher processor
 };
 
 // The identifiers that differ as assigned. One after another the processors hand their settled bits, from the
@@ -281,6 +268,8 @@ std::string ZNLoader::findShortestRouteRoot(const std::string& from, const std::
     const unsigned target = graph.numberOf(findNodeForId(to));
     if (source == s_none || target == s_none)
         return {};
-    const unsigned hop = FirstHops(graph).from(source)[target];
+    ShortestWays ways(graph);
+    ways.start(source);
+    const unsigned hop = ways.firstHop(target);
     return hop == s_none ? std::string() : graph.node(hop)->m_id;
 }

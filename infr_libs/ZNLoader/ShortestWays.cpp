@@ -1,9 +1,9 @@
-#include "infr_libs/ZNLoader/FirstHops.h"
+#include "infr_libs/ZNLoader/ShortestWays.h"
 
 #include <algorithm>
 #include <numeric>
 
-FirstHops::FirstHops(const NetworkGraph& graph)
+ShortestWays::ShortestWays(const NetworkGraph& graph)
     : m_graph(graph),
       m_idRank(graph.numNodes()),
       m_distance(graph.numNodes()),
@@ -17,13 +17,13 @@ FirstHops::FirstHops(const NetworkGraph& graph)
         m_idRank[byId[rank]] = rank;
 }
 
-const std::vector<unsigned>& FirstHops::from(unsigned source) {
+void ShortestWays::start(unsigned source) {
     constexpr unsigned none = NetworkGraph::s_none;
-    std::fill(m_distance.begin(), m_distance.end(), none);
-    std::fill(m_firstHop.begin(), m_firstHop.end(), none);
+    std::ranges::fill(m_distance, none);
+    std::ranges::fill(m_predecessor, none);
+    std::ranges::fill(m_firstHop, none);
     m_reached.assign(1, source);
     m_distance[source] = 0;
-    m_predecessor[source] = none;
 
     // When a node's turn comes, all nodes nearer to the source have their best predecessor.
     for (std::size_t i = 0; i < m_reached.size(); ++i) {
@@ -41,20 +41,19 @@ const std::vector<unsigned>& FirstHops::from(unsigned source) {
             }
         }
     }
-    return m_firstHop;
 }
 
 // Whether the best way to one node comes before the best way to another at the same distance. Followed back,
-// the two ways have no node in common until they meet, and from there on they are one: the way with the
-// smallest id before that point has the smaller sorted list.
-bool FirstHops::comesFirst(unsigned way, unsigned otherWay) const {
+// the two have no node in common until they meet, and from there on they are one: the way with the smallest
+// id before that point has the smaller sorted list.
+bool ShortestWays::comesFirst(unsigned node, unsigned otherNode) const {
     unsigned smallest = NetworkGraph::s_none;
     unsigned otherSmallest = NetworkGraph::s_none;
-    while (way != otherWay) {
-        smallest = std::min(smallest, m_idRank[way]);
-        otherSmallest = std::min(otherSmallest, m_idRank[otherWay]);
-        way = m_predecessor[way];
-        otherWay = m_predecessor[otherWay];
+    while (node != otherNode) {
+        smallest = std::min(smallest, m_idRank[node]);
+        otherSmallest = std::min(otherSmallest, m_idRank[otherNode]);
+        node = m_predecessor[node];
+        otherNode = m_predecessor[otherNode];
     }
     return smallest < otherSmallest;
 }
