@@ -1,16 +1,9 @@
 #include "tests/support/LabelledBytes.h"
 
+#include "tests/support/Bytes.h"
+
 #include <algorithm>
 #include <stdexcept>
-
-namespace {
-
-void store(std::string& bytes, std::size_t offset, std::size_t numBytes, std::uint32_t value) {
-    for (std::size_t i = 0; i < numBytes; ++i)
-        bytes[offset + i] = static_cast<char>(value >> (8 * i));
-}
-
-} // namespace
 
 void LabelledBytes::append(std::string label, std::size_t numBytes, std::uint32_t value) {
     m_fields.push_back({std::move(label), bytes.size(), numBytes});
@@ -48,12 +41,12 @@ LabelledBytes& LabelledBytes::set(std::string_view label, std::uint32_t value) {
 }
 
 void LabelledBytes::set(const Field& field, std::uint32_t value) {
-    store(bytes, field.offset, field.numBytes, value);
+    bytes.replace(field.offset, field.numBytes, littleEndian(value, static_cast<unsigned>(field.numBytes)));
 }
 
 std::string littleEndianWords(const std::vector<std::uint32_t>& words) {
-    std::string bytes(words.size() * 4, '\0');
-    for (std::size_t i = 0; i < words.size(); ++i)
-        store(bytes, 4 * i, 4, words[i]);
+    std::string bytes;
+    for (const std::uint32_t word : words)
+        bytes += littleEndian(word, 4);
     return bytes;
 }

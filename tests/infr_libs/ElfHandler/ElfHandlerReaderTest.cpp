@@ -6,6 +6,7 @@
 #include "infr_libs/ElfHandler/ElfStrings.h"
 #include "infr_libs/ElfHandler/ElfSymbol.h"
 #include "infr_libs/ErrorHandler/CatchableErrorHandler.h"
+#include "tests/infr_libs/ElfHandler/ElfSamples.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/ElfBuilder.h"
 #include "tests/support/RecordingErrorHandler.h"
@@ -23,15 +24,10 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-std::unique_ptr<ElfHandler> read(ErrorHandler& errorHandler, const std::string& bytes) {
-    std::istringstream stream(bytes);
-    return std::make_unique<ElfHandler>(&errorHandler, stream);
-}
-
 // What the reader reports about a file, where the error handler returns.
 std::vector<std::string> reportsOf(const std::string& bytes) {
     RecordingErrorHandler errorHandler;
-    read(errorHandler, bytes);
+    readElf(errorHandler, bytes);
     return errorHandler.messages();
 }
 
@@ -39,7 +35,7 @@ std::vector<std::string> reportsOf(const std::string& bytes) {
 ChildResult resultOf(const std::string& bytes) {
     return runInChild([&] {
         ErrorHandler errorHandler;
-        read(errorHandler, bytes);
+        readElf(errorHandler, bytes);
     });
 }
 
@@ -59,7 +55,7 @@ ElfBuilder smallImage() {
 
 TEST(ElfHandlerReader, ListsTheSymbolsOfAnImage) {
     ErrorHandler errorHandler;
-    const auto elf = read(errorHandler, smallImage().build().bytes);
+    const auto elf = readElf(errorHandler, smallImage().build().bytes);
     ASSERT_EQ(elf->numSymbols(), 3U);
     EXPECT_STREQ(elf->getSymbolName(0), "");
     EXPECT_STREQ(elf->getSymbolName(1), "main");
@@ -74,7 +70,7 @@ TEST(ElfHandlerReader, AnImageWithoutSymbolTableHasTheNullSymbol) {
     ErrorHandler errorHandler;
     ElfBuilder image = smallImage();
     image.m_hasSymbols = false;
-    const auto elf = read(errorHandler, image.build().bytes);
+    const auto elf = readElf(errorHandler, image.build().bytes);
     EXPECT_EQ(elf->numSymbols(), 1U);
     EXPECT_STREQ(elf->getSymbolName(0), "");
     EXPECT_EQ(elf->getSymbolInfo(0), 0U);
@@ -86,7 +82,7 @@ TEST(ElfHandlerReader, TellsGlobalAndWeakSymbolsFromLocalOnes) {
     const unsigned local = image.addSymbol({.name = "local", .info = 0x02});
     const unsigned global = image.addSymbol({.name = "global", .info = 0x12});
     const unsigned weak = image.addSymbol({.name = "weak", .info = 0x22});
-    const auto elf = read(errorHandler, image.build().bytes);
+    const auto elf = readElf(errorHandler, image.build().bytes);
     EXPECT_FALSE(elf->isSymbolGlobal(local));
     EXPECT_TRUE(elf->isSymbolGlobal(global));
     EXPECT_TRUE(elf->isSymbolGlobal(weak));
@@ -94,7 +90,7 @@ TEST(ElfHandlerReader, TellsGlobalAndWeakSymbolsFromLocalOnes) {
 
 TEST(ElfHandlerReader, ASymbolIndexOutOfRangeHasAnEmptyName) {
     ErrorHandler errorHandler;
-    const auto elf = read(errorHandler, smallImage().build().bytes);
+    const auto elf = readElf(errorHandler, smallImage().build().bytes);
     EXPECT_STREQ(elf->getSymbolName(3), "");
     EXPECT_STREQ(elf->getSymbolName(0xFFFFFFFF), "");
 }
@@ -104,7 +100,7 @@ TEST(ElfHandlerReader, ANameBeyondTheStringsIsEmpty) {
     ElfBuilder image = smallImage();
     image.addSymbol({.nameOffset = 100'000});
     image.addSymbol({.nameOffset = 0xFFFFFFFF});
-    const auto elf = read(errorHandler, image.build().bytes);
+    const auto elf = readElf(errorHandler, image.build().bytes);
     EXPECT_STREQ(elf->getSymbolName(3), "");
     EXPECT_STREQ(elf->getSymbolName(4), "");
 }
@@ -114,7 +110,7 @@ TEST(ElfHandlerReader, ANameMayBeginInTheMiddleOfAnother) {
     ElfBuilder image;
     image.m_strings = std::string("\0prefix_main\0", 13);
     image.addSymbol({.nameOffset = 8});
-    EXPECT_STREQ(read(errorHandler, image.build().bytes)->getSymbolName(1), "main");
+    EXPECT_STREQ(readElf(errorHandler, image.build().bytes)->getSymbolName(1), "main");
 }
 
 // ---- The header ----
@@ -136,14 +132,14 @@ TEST(ElfHandlerReader, TakesClassByteOrderMachineAndEntrySizesOnTrust) {
     file.set("e_ident[4]", 2).set("e_ident[5]", 2).set("e_machine", 3);
     file.set("e_phentsize", 1).set("e_shentsize", 0xFFFF);
     CatchableErrorHandler errorHandler;
-    EXPECT_EQ(read(errorHandler, file.bytes)->numSymbols(), 3U);
+    EXPECT_EQ(readElf(errorHandler, file.bytes)->numSymbols(), 3U);
 }
 
 TEST(ElfHandlerReader, GivesEntryPointAndType) {
     ErrorHandler errorHandler;
     ElfBuilder image;
     image.m_entry = 0x1234;
-    const auto elf = read(errorHandler, image.build().bytes);
+    const auto elf = readElf(errorHandler, image.build().bytes);
     EXPECT_EQ(elf->getEntryPoint(), 0x1234U);
     EXPECT_EQ(elf->getType(), 2U);
 }
@@ -190,7 +186,7 @@ TEST(ElfHandlerReader, EveryProgramHeaderHasABlockWhateverItsType) {
     ElfBuilder image;
     image.addSegment({.bytes = "abcd"});
     image.addSegment({.type = 0x6474E551}); // no bytes
-    const auto elf = read(errorHandler, image.build().bytes);
+    const auto elf = readElf(errorHandler, image.build().bytes);
     ASSERT_GE(elf->getBlocks().size(), 2U);
     for (std::size_t i = 0; i < 2; ++i) {
         const ElfProgramHeader* header = elf->getProgramHeaders()[i].get();
@@ -209,7 +205,7 @@ TEST(ElfHandlerReader, WithoutProgramHeadersEachNonEmptySectionHasABlockAndOneWi
     const unsigned text = image.addSection({.name = ".text", .bytes = "text"});
     const unsigned data = image.addSection({.name = ".data", .bytes = "data!"});
     const unsigned bss = image.addSection({.name = ".bss", .type = 8, .size = 100'000});
-    const auto elf = read(errorHandler, image.build().bytes);
+    const auto elf = readElf(errorHandler, image.build().bytes);
     EXPECT_EQ(elf->getBlocks().size(), 4U); // these, symbols and strings
 
     std::uint32_t offset = 99;
@@ -228,7 +224,7 @@ TEST(ElfHandlerReader, ASectionInsideASegmentHasNoBlockOfItsOwn) {
     ElfBuilder image;
     image.addSegment({.bytes = "0123456789"});
     const unsigned section = image.addSection({.name = ".data", .size = 4, .segment = 0, .offset = 3});
-    const auto elf = read(errorHandler, image.build().bytes);
+    const auto elf = readElf(errorHandler, image.build().bytes);
     std::uint32_t offset = 0;
     EXPECT_EQ(elf->findBlock(elf->getSectionHeader(section), offset), elf->getBlocks()[0].get());
     EXPECT_EQ(offset, 3U);
@@ -243,7 +239,7 @@ TEST(ElfHandlerReader, TheFirstBlockThatHoldsASectionWins) {
     const unsigned section = image.addSection({.name = ".data", .size = 4, .segment = 1, .offset = 3});
     LabelledBytes file = image.build();
     file.set("p_offset[0]", file.get("p_offset[1]"));
-    const auto elf = read(errorHandler, file.bytes);
+    const auto elf = readElf(errorHandler, file.bytes);
     std::uint32_t offset = 0;
     EXPECT_EQ(elf->findBlock(elf->getSectionHeader(section), offset), elf->getBlocks()[0].get());
 }
@@ -253,7 +249,7 @@ TEST(ElfHandlerReader, ASectionThatIsOnlyPartlyInASegmentHasABlockOfItsOwn) {
     ElfBuilder image;
     image.addSegment({.bytes = "0123456789"});
     const unsigned section = image.addSection({.name = ".data", .size = 8, .segment = 0, .offset = 3});
-    const auto elf = read(errorHandler, image.build().bytes);
+    const auto elf = readElf(errorHandler, image.build().bytes);
     std::uint32_t offset = 99;
     const ElfBlock* block = elf->findBlock(elf->getSectionHeader(section), offset);
     ASSERT_NE(block, nullptr);
@@ -268,7 +264,7 @@ TEST(ElfHandlerReader, ASectionWithoutContentsInASegmentsMemoryLiesBehindTheBloc
     image.addSegment({.bytes = "0123456789", .memsz = 30});
     const unsigned bss =
         image.addSection({.name = ".bss", .type = 8, .size = 18, .segment = 0, .offset = 12});
-    const auto elf = read(errorHandler, image.build().bytes);
+    const auto elf = readElf(errorHandler, image.build().bytes);
     std::uint32_t offset = 0;
     const ElfBlock* block = elf->findBlock(elf->getSectionHeader(bss), offset);
     EXPECT_EQ(block, elf->getBlocks()[0].get());
@@ -281,7 +277,7 @@ TEST(ElfHandlerReader, ASectionWithContentsIsNotHeldByMemoryAlone) {
     ElfBuilder image;
     image.addSegment({.bytes = "0123456789", .memsz = 30});
     const unsigned section = image.addSection({.name = ".data", .size = 8, .segment = 0, .offset = 10});
-    const auto elf = read(errorHandler, image.build().bytes);
+    const auto elf = readElf(errorHandler, image.build().bytes);
     std::uint32_t offset = 0;
     EXPECT_NE(elf->findBlock(elf->getSectionHeader(section), offset), elf->getBlocks()[0].get());
 }
@@ -291,7 +287,7 @@ TEST(ElfHandlerReader, AnEmptySectionIsHeldByABlockWhoseEndItTouches) {
     ElfBuilder image;
     image.addSegment({.bytes = "0123456789"});
     const unsigned section = image.addSection({.name = ".empty", .segment = 0, .offset = 10});
-    const auto elf = read(errorHandler, image.build().bytes);
+    const auto elf = readElf(errorHandler, image.build().bytes);
     std::uint32_t offset = 0;
     EXPECT_EQ(elf->findBlock(elf->getSectionHeader(section), offset), elf->getBlocks()[0].get());
     EXPECT_EQ(offset, 10U);
@@ -301,7 +297,7 @@ TEST(ElfHandlerReader, AnEmptySectionThatNoBlockHoldsHasAnEmptyBlock) {
     ErrorHandler errorHandler;
     ElfBuilder image;
     const unsigned section = image.addSection({.name = ".empty"});
-    const auto elf = read(errorHandler, image.build().bytes);
+    const auto elf = readElf(errorHandler, image.build().bytes);
     std::uint32_t offset = 99;
     const ElfBlock* block = elf->findBlock(elf->getSectionHeader(section), offset);
     ASSERT_NE(block, nullptr);
@@ -324,7 +320,7 @@ TEST(ElfHandlerReader, ProgramSegmentsAreTheLoadableOnesWithBytes) {
     image.addSegment({.type = 4, .vaddr = 0x300, .bytes = "note"});
     image.addSegment({.vaddr = 0x400, .memsz = 8});
     image.addSegment({.vaddr = 0x500, .bytes = "xy"});
-    const auto elf = read(errorHandler, image.build().bytes);
+    const auto elf = readElf(errorHandler, image.build().bytes);
 
     const std::unique_ptr<std::vector<ElfHandler::Segment*>> records(elf->getProgramSegments());
     std::vector<std::unique_ptr<ElfHandler::Segment>> segments;
@@ -376,7 +372,7 @@ TEST(ElfHandlerReader, ASectionWithoutContentsThatNoSegmentHoldsIsNotAskedForIts
 TEST(ElfHandlerReader, TheNullSectionHasNoBlockAndNoType) {
     ErrorHandler errorHandler;
     const LabelledBytes file = smallImage().build().set("sh_type[0]", 99).set("sh_size[0]", 0xFFFFFFFF);
-    const auto elf = read(errorHandler, file.bytes);
+    const auto elf = readElf(errorHandler, file.bytes);
     std::uint32_t offset = 0;
     EXPECT_EQ(elf->findBlock(elf->getSectionHeader(0), offset), nullptr);
 }
@@ -395,7 +391,7 @@ TEST(ElfHandlerReader, StopsAtASecondStringTableAlsoWhereTheErrorHandlerReturns)
     const ChildResult result = runInChild([&] {
         ErrorHandler errorHandler;
         errorHandler.setExitOnError(false);
-        read(errorHandler, image.build().bytes);
+        readElf(errorHandler, image.build().bytes);
     });
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.error, "ERROR: Only one string table is supported\n");
@@ -407,7 +403,7 @@ TEST(ElfHandlerReader, StopsAtASecondSymbolTable) {
     const ChildResult result = runInChild([&] {
         ErrorHandler errorHandler;
         errorHandler.setExitOnError(false);
-        read(errorHandler, image.build().bytes);
+        readElf(errorHandler, image.build().bytes);
     });
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.error, "ERROR: Only one symbol table is supported\n");
@@ -424,7 +420,7 @@ TEST(ElfHandlerReader, WithoutSymbolTableTheStringsMustHoldTheEmptyOne) {
 
 TEST(ElfHandlerReader, AnEmptyFileHasTablesAllTheSame) {
     ErrorHandler errorHandler;
-    const auto elf = read(errorHandler, ElfBuilder().build().set("e_shnum", 0).bytes);
+    const auto elf = readElf(errorHandler, ElfBuilder().build().set("e_shnum", 0).bytes);
     EXPECT_EQ(elf->numSymbols(), 1U);
     EXPECT_EQ(elf->getStrings()->numBytes(), 1U);
     EXPECT_EQ(elf->getSectionHeader(0), nullptr);
@@ -443,7 +439,7 @@ TEST(ElfHandlerReader, ARelocationTableForNoSectionIsReadButAttachedNowhere) {
     ElfBuilder image;
     image.addSection({.name = ".rel.text", .type = 9, .info = 4, .entsize = 8}); // 0 to 3 are there
     RecordingErrorHandler errorHandler;
-    const auto elf = read(errorHandler, image.build().bytes);
+    const auto elf = readElf(errorHandler, image.build().bytes);
     EXPECT_THAT(errorHandler.messages(), ElementsAre("fatal ERROR: Invalid sh_info 4 for section 1\n"));
     for (const auto& header : elf->getSectionHeaders())
         EXPECT_THAT(header->getRelocations(), IsEmpty());
@@ -451,7 +447,7 @@ TEST(ElfHandlerReader, ARelocationTableForNoSectionIsReadButAttachedNowhere) {
 
 TEST(ElfHandlerReader, ASectionHeaderOutOfRangeIsNull) {
     ErrorHandler errorHandler;
-    const auto elf = read(errorHandler, smallImage().build().bytes);
+    const auto elf = readElf(errorHandler, smallImage().build().bytes);
     EXPECT_EQ(elf->getSectionHeader(1)->getSectionNumber(), 1U);
     EXPECT_EQ(elf->getSectionHeader(1)->getName(elf->getStrings()), ".text");
     EXPECT_EQ(elf->getSectionHeader(4), nullptr);
@@ -465,7 +461,7 @@ TEST(ElfHandlerReader, WhatLiesPastTheEndOfTheFileIsZeros) {
     image.m_hasSymbols = false;
     image.m_hasStrings = false;
     image.addSegment({.bytes = "abcd"});
-    const auto elf = read(errorHandler, image.build().set("p_filesz[0]", 8).bytes);
+    const auto elf = readElf(errorHandler, image.build().set("p_filesz[0]", 8).bytes);
     const ElfBlock* block = elf->getBlocks()[0].get();
     EXPECT_EQ(std::string(block->getData(), block->getData() + block->getSize()),
               std::string("abcd\0\0\0\0", 8));
@@ -474,7 +470,7 @@ TEST(ElfHandlerReader, WhatLiesPastTheEndOfTheFileIsZeros) {
 TEST(ElfHandlerReader, AShortSegmentDoesNotSpoilTheTablesBehindIt) {
     ErrorHandler errorHandler;
     const LabelledBytes file = smallImage().build().set("p_offset[0]", 0x10000000);
-    EXPECT_STREQ(read(errorHandler, file.bytes)->getSymbolName(1), "main");
+    EXPECT_STREQ(readElf(errorHandler, file.bytes)->getSymbolName(1), "main");
 }
 
 TEST(ElfHandlerReader, ASegmentOfClaimedGigabytesIsRefused) {
@@ -501,7 +497,7 @@ TEST(ElfHandlerReader, ASectionOfClaimedGigabytesIsRefused) {
     ElfBuilder image;
     image.addSection({.name = ".data", .size = 0x40000000});
     RecordingErrorHandler errorHandler;
-    const auto elf = read(errorHandler, image.build().bytes);
+    const auto elf = readElf(errorHandler, image.build().bytes);
     EXPECT_THAT(errorHandler.messages(),
                 ElementsAre("fatal ERROR: Failed to allocate memory for data section\n"));
     EXPECT_EQ(elf->getBlocks()[0]->getSize(), 0U);
@@ -514,7 +510,7 @@ TEST(ElfHandlerReader, ASymbolTableOfClaimedGigabytesHasTheSymbolsThatAreThere) 
     file.set("sh_size[1]", 0xFFFFFFF0)
         .set("sh_offset[1]", static_cast<std::uint32_t>(file.bytes.size() - 20));
     RecordingErrorHandler errorHandler;
-    const auto elf = read(errorHandler, file.bytes);
+    const auto elf = readElf(errorHandler, file.bytes);
     // Once for the block, once for the symbols.
     EXPECT_THAT(errorHandler.messages(),
                 ElementsAre("fatal ERROR: Failed to allocate memory for data section\n",
@@ -526,7 +522,7 @@ TEST(ElfHandlerReader, AStringTableOfClaimedGigabytesEndsTheProcess) {
     const ChildResult result = runInChild([] {
         ErrorHandler errorHandler;
         errorHandler.setExitOnError(false);
-        read(errorHandler, smallImage().build().set("sh_size[3]", 0x40000000).bytes);
+        readElf(errorHandler, smallImage().build().set("sh_size[3]", 0x40000000).bytes);
     });
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.error, "ERROR: Failed to allocate memory for data section\n"
@@ -546,7 +542,7 @@ TEST(ElfHandlerReader, HeaderTablesPastTheEndOfTheFileAreZeros) {
     LabelledBytes file = ElfBuilder().build();
     file.set("e_phoff", 0xFFFFFFFF).set("e_phnum", 3).set("e_shnum", 0);
     ErrorHandler errorHandler;
-    const auto elf = read(errorHandler, file.bytes);
+    const auto elf = readElf(errorHandler, file.bytes);
     ASSERT_EQ(elf->getProgramHeaders().size(), 3U);
     EXPECT_EQ(elf->getProgramHeaders()[2]->p_filesz, 0U);
     EXPECT_EQ(elf->getBlocks().size(), 3U);
@@ -569,7 +565,7 @@ TEST(ElfHandlerReader, ASectionHeaderKnowsItsIndex) {
 TEST(ElfHandlerReader, TheSizeOfASectionThatIsNotThereIsAnAssertion) {
     const ChildResult result = runInChild([] {
         ErrorHandler errorHandler;
-        read(errorHandler, smallImage().build().bytes)->getSectionSize(4);
+        readElf(errorHandler, smallImage().build().bytes)->getSectionSize(4);
     });
     EXPECT_EQ(result.signal, SIGABRT);
     EXPECT_THAT(result.error, HasSubstr("Assertion `sectionNo < m_sectionHeaders.size()' failed."));
@@ -616,7 +612,7 @@ TEST(ElfHandlerReader, SymbolsWithoutASymbolTableAreAnAssertion) {
 TEST(ElfHandlerReader, ASymbolIndexOutOfRangeIsAnAssertion) {
     const ChildResult result = runInChild([] {
         ErrorHandler errorHandler;
-        read(errorHandler, smallImage().build().bytes)->getSymbolInfo(3);
+        readElf(errorHandler, smallImage().build().bytes)->getSymbolInfo(3);
     });
     EXPECT_EQ(result.signal, SIGABRT);
     EXPECT_THAT(result.error, HasSubstr("Assertion `symbolNum < m_symbols.size()' failed."));
