@@ -78,6 +78,7 @@ public:
     }
     const std::vector<std::unique_ptr<ElfBlock>>& getBlocks() const { return m_blocks; }
     const std::vector<std::unique_ptr<ElfGroup>>& getGroups() const { return m_groups.getGroups(); }
+    const std::list<ElfRelocationTable>& getRelocationTables() const { return m_relocationTables; }
     ElfSymbolTable* getSymbolTable() const { return m_symbolTable.get(); }
     ElfStrings* getStrings() const { return m_strings.get(); }
 
