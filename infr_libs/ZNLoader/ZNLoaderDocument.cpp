@@ -47,8 +47,44 @@ std::string trimmed(const std::string& text) {
     return withoutLeadingBlanks(text.substr(0, text.find_last_not_of(s_blanks) + 1));
 }
 
-void warnOfSubNodes(ZNLoader& loader, const UnknownName& message, const XmlNode* element) {
-    forEachSubNode(element, [&](const XmlNode* child) { warnOf(loader, message, child, *child->getName()); });
+// An element that is a text. It may stand as often as it likes until the field that tells whether it was
+// there has a value.
+struct TextElement {
+    std::string ZNLoader::*field;
+    std::string ZNLoader::*seen;
+    UnknownName unknownChild;
+    ZNUtils::ErrorCode repeatedCode;
+    const char* repeatedText;
+};
+
+constexpr TextElement s_type = {&ZNLoader::m_typeText,
+                                &ZNLoader::m_typeText,
+                                {11117, "Unrecognised node \"%s\" in Type node; ignoring.\n"},
+                                11118,
+                                "Only one Type node is allowed.\n"};
+constexpr TextElement s_name = {&ZNLoader::m_name,
+                                &ZNLoader::m_name,
+                                {11119, "Unrecognised node \"%s\" in Name node; ignoring.\n"},
+                                11120,
+                                "Only one Name node is allowed.\n"};
+constexpr TextElement s_boardId = {&ZNLoader::m_boardId,
+                                   &ZNLoader::m_boardId,
+                                   {11165, "Unrecognised node \"%s\" in BoardId node; ignoring.\n"},
+                                   11166,
+                                   "Only one BoardId node is allowed.\n"};
+// The board's id is what is looked at: wanted. A second version passes, one behind a `BoardId` doesn't.
+constexpr TextElement s_znVersion = {&ZNLoader::m_znVersion,
+                                     &ZNLoader::m_boardId,
+                                     {11174, "Unrecognised node \"%s\" in ZNVersion node; ignoring.\n"},
+                                     11175,
+                                     "Only one ZNVersion node is allowed.\n"};
+
+void readText(ZNLoader& loader, const XmlNode* element, const TextElement& kind) {
+    forEachSubNode(
+        element, [&](const XmlNode* child) { warnOf(loader, kind.unknownChild, child, *child->getName()); });
+    if (!(loader.*kind.seen).empty())
+        loader.m_utils.throwError(kind.repeatedCode, ElementLocation(element), "%s", kind.repeatedText);
+    loader.*kind.field = *element->getValue();
 }
 
 } // namespace
@@ -94,10 +130,7 @@ bool ZNLoader::readNetwork(XmlNode* root) {
 }
 
 bool ZNLoader::readType(XmlNode* element) {
-    warnOfSubNodes(*this, {11117, "Unrecognised node \"%s\" in Type node; ignoring.\n"}, element);
-    if (!m_typeText.empty())
-        m_utils.throwError(11118, ElementLocation(element), "Only one Type node is allowed.\n");
-    m_typeText = *element->getValue();
+    readText(*this, element, s_type);
     m_typeKind = 0;
     for (const auto& [name, kind] : s_typeKinds) {
         if (isText(m_typeText, name))
@@ -107,27 +140,17 @@ bool ZNLoader::readType(XmlNode* element) {
 }
 
 bool ZNLoader::readName(XmlNode* element) {
-    warnOfSubNodes(*this, {11119, "Unrecognised node \"%s\" in Name node; ignoring.\n"}, element);
-    if (!m_name.empty())
-        m_utils.throwError(11120, ElementLocation(element), "Only one Name node is allowed.\n");
-    m_name = *element->getValue();
+    readText(*this, element, s_name);
     return false;
 }
 
 bool ZNLoader::readBoardId(XmlNode* element) {
-    warnOfSubNodes(*this, {11165, "Unrecognised node \"%s\" in BoardId node; ignoring.\n"}, element);
-    if (!m_boardId.empty())
-        m_utils.throwError(11166, ElementLocation(element), "Only one BoardId node is allowed.\n");
-    m_boardId = *element->getValue();
+    readText(*this, element, s_boardId);
     return false;
 }
 
 bool ZNLoader::readZNVersion(XmlNode* element) {
-    warnOfSubNodes(*this, {11174, "Unrecognised node \"%s\" in ZNVersion node; ignoring.\n"}, element);
-    // The board's id is what is looked at: wanted. A second version passes, one behind a `BoardId` doesn't.
-    if (!m_boardId.empty())
-        m_utils.throwError(11175, ElementLocation(element), "Only one ZNVersion node is allowed.\n");
-    m_znVersion = *element->getValue();
+    readText(*this, element, s_znVersion);
     return false;
 }
 

@@ -12,6 +12,13 @@ void deleteAll(const std::vector<Object*>& objects) {
         delete object;
 }
 
+// For what its holder owns alone when it was put there by hand, and with others otherwise.
+template<class Object>
+void deleteUnlessShared(Object* object, const std::shared_ptr<Object>& shared) {
+    if (object != shared.get())
+        delete object;
+}
+
 } // namespace
 
 ZNLoader::DeviceServiceInfo::~DeviceServiceInfo() {
@@ -33,13 +40,11 @@ ZNLoader::Node::~Node() {
 
 ZNLoader::ProcNode::~ProcNode() {
     deleteAll(m_cores);
-    if (m_config != m_sharedConfig.get())
-        delete m_config;
+    deleteUnlessShared(m_config, m_sharedConfig);
 }
 
 void ZNLoader::ProcNode::setConfig(const std::shared_ptr<NodeConfig>& config) {
-    if (m_config != m_sharedConfig.get())
-        delete m_config;
+    deleteUnlessShared(m_config, m_sharedConfig);
     m_sharedConfig = config;
     m_config = config.get();
 }
@@ -56,13 +61,11 @@ ZNLoader::ZsscNode::~ZsscNode() {
 }
 
 ZNLoader::Package::~Package() {
-    if (m_parser != m_sharedParser.get())
-        delete m_parser;
+    deleteUnlessShared(m_parser, m_sharedParser);
 }
 
 void ZNLoader::Package::setParser(const std::shared_ptr<XmlParser>& parser) {
-    if (m_parser != m_sharedParser.get())
-        delete m_parser;
+    deleteUnlessShared(m_parser, m_sharedParser);
     m_sharedParser = parser;
     m_parser = parser.get();
 }

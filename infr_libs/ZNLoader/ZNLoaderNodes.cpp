@@ -46,21 +46,23 @@ bool storeRegister(ProcReading& reading, const std::string& value) {
     return false;
 }
 
-bool storeFeedbackDivMin(ProcReading& reading, const std::string& value) {
-    if (reading.m_loader.parseFeedbackDivMul2(value, reading.m_target.m_pllFeedbackDivMin))
+// `kind` tells the two apart in the message.
+bool readFeedbackDiv(ProcReading& reading, const std::string& value, unsigned& divider,
+                     ZNUtils::ErrorCode code, const char* kind) {
+    if (reading.m_loader.parseFeedbackDivMul2(value, divider))
         return false;
-    reading.m_loader.m_utils.buildErrorMessage(11133, ElementLocation(reading.m_element),
-                                               "Invalid minimum PLL feedback divider value \"%s\".\n",
+    reading.m_loader.m_utils.buildErrorMessage(code, ElementLocation(reading.m_element),
+                                               "Invalid %sPLL feedback divider value \"%s\".\n", kind,
                                                value.c_str());
     return true;
 }
 
+bool storeFeedbackDivMin(ProcReading& reading, const std::string& value) {
+    return readFeedbackDiv(reading, value, reading.m_target.m_pllFeedbackDivMin, 11133, "minimum ");
+}
+
 bool storeFeedbackDiv(ProcReading& reading, const std::string& value) {
-    if (reading.m_loader.parseFeedbackDivMul2(value, reading.m_target.m_pllFeedbackDiv))
-        return false;
-    reading.m_loader.m_utils.buildErrorMessage(11127, ElementLocation(reading.m_element),
-                                               "Invalid PLL feedback divider value \"%s\".\n", value.c_str());
-    return true;
+    return readFeedbackDiv(reading, value, reading.m_target.m_pllFeedbackDiv, 11127, "");
 }
 
 // What a processor's attributes say about its clocks: marks of their rows.
