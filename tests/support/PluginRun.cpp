@@ -1,6 +1,8 @@
 #include "tests/support/PluginRun.h"
 
 #include "Plugins/WavePlugin/WavePlugin.h"
+#include "tests/support/NetworkBuilder.h"
+#include "tests/support/SampleImage.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <string_view>
@@ -32,9 +34,10 @@ std::string PluginResult::clocks() const {
 }
 
 PluginResult runPlugin(StubSimulator& simulator, const std::string& options,
-                       const std::function<void(unsigned int instance)>& play, const std::string& image) {
+                       const std::function<void(unsigned int instance)>& play, const std::string& cores) {
+    const DeviceFolder devices;
     const TemporaryFolder folder;
-    const std::string ze = folder.write("image.ze", image);
+    const std::string ze = folder.write("image.ze", imageOfCores(cores));
     const std::string arguments = "-ze '" + ze + "' -o '" + folder.file("wave.vcd") + "' " + options;
     PluginResult result;
     result.process = runInChild([&] {

@@ -19,7 +19,7 @@ struct PluginResult {
     std::string clocks() const;
 };
 
-// An image that the plugin opens, with one core: stdcore[0], node 0, core 0.
+// Cores for an image, one a line: name, node number, core number.
 inline constexpr const char* s_oneCore = "stdcore[0] 0 0\n";
 inline constexpr const char* s_twoCores = "stdcore[0] 0 0\nstdcore[1] 0 1\n";
 
@@ -28,4 +28,4 @@ inline constexpr const char* s_twoCores = "stdcore[0] 0 0\nstdcore[1] 0 1\n";
 // the end of the process; it is to call PluginTerminate itself where that matters.
 PluginResult runPlugin(StubSimulator& simulator, const std::string& options,
                        const std::function<void(unsigned int instance)>& play = {},
-                       const std::string& image = s_oneCore);
+                       const std::string& cores = s_oneCore);

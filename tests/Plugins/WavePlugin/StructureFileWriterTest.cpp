@@ -1,9 +1,13 @@
 #include "Plugins/WavePlugin/StructureFileWriter.h"
 
 #include "infr_libs/PluginLibrary/PluginLibrary.h"
+#include "Plugins/WavePlugin/WavePlugin.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/MemoryStream.h"
+#include "tests/support/NetworkBuilder.h"
 #include "tests/support/PluginRun.h"
+#include "tests/support/SampleImage.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -128,14 +132,34 @@ TEST(StructureDocument, EndsOnALineOfItsOwnBeforeABlankLine) {
     EXPECT_THAT(result.waveform, HasSubstr("</Structure>\n$end\n\n$var wire 32 _00"));
 }
 
-TEST(StructureDocument, WithoutANetworkIsClosedAndHasNoAliases) {
+TEST(StructureDocument, ListsThePortNamesOfAllCoresOfTheNetwork) {
+    // Of cores that aren't traced too, and an empty map for one without ports.
     StubSimulator simulator;
-    const PluginResult result = runPlugin(simulator, "-cycles");
-    EXPECT_THAT(result.waveform, HasSubstr("    </SignalDocs>\n</Structure>\n"));
-    EXPECT_THAT(result.waveform, Not(HasSubstr("SignalAliases")));
-    EXPECT_THAT(
-        result.process.error,
-        HasSubstr("Warning: Unable to load ZN file required for dumping the structural information\n"));
+    const DeviceFolder devices;
+    const TemporaryFolder folder;
+    const std::string image =
+        folder.write("image.ze", sampleImage({{"stdcore[0]", 0, 0},
+                                              {"stdcore[1]", 0, 1,
+                                               "<Port Location='ZS1_PORT_1A' Name='uart_tx'/>"
+                                               "<Port Location='ZS1_PORT_4B' Name='a&lt;b'/>"}}));
+    const ChildResult result = runInChild([&] {
+        PluginInitialise(
+            simulator.callbacks(),
+            ("-ze " + image + " -core stdcore[0] -cycles -o " + folder.file("wave.vcd")).c_str());
+    });
+    EXPECT_EQ(result.error, "");
+    EXPECT_THAT(folder.read("wave.vcd"),
+                HasSubstr("    </SignalDocs>\n"
+                          "    <SignalAliases>\n"
+                          "        <SignalAliasMap coreName=\"stdcore[0]\">\n"
+                          "        </SignalAliasMap>\n"
+                          "        <SignalAliasMap coreName=\"stdcore[1]\">\n"
+                          "            <Entry name=\"ZS1_PORT_1A\" alias=\"uart_tx\"/>\n"
+                          "            <Entry name=\"ZS1_PORT_4B\" alias=\"a<b\"/>\n"
+                          "        </SignalAliasMap>\n"
+                          "    </SignalAliases>\n"
+                          "</Structure>\n"
+                          "$end\n"));
 }
 
 TEST(StructureDocument, IndentsAPortsSignalBy20BlanksAndAPadsBy8) {
@@ -197,6 +221,12 @@ TEST(StructureDocument, HoldsEverySectionInOrder) {
             </ValueDocs>
         </SignalDoc>
     </SignalDocs>
+    <SignalAliases>
+        <SignalAliasMap coreName="stdcore[0]">
+        </SignalAliasMap>
+        <SignalAliasMap coreName="stdcore[1]">
+        </SignalAliasMap>
+    </SignalAliases>
 )xml");
 }
 

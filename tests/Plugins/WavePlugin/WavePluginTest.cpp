@@ -3,7 +3,9 @@
 
 #include "Plugins/WavePlugin/WavePlugin.h"
 
+#include "tests/support/NetworkBuilder.h"
 #include "tests/support/PluginRun.h"
+#include "tests/support/SampleImage.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>
@@ -51,9 +53,6 @@ const std::string s_usage =
     "\n"
     "\n";
 
-const std::string s_noNetwork =
-    "Warning: Unable to load ZN file required for dumping the structural information\n";
-
 class WavePluginTest : public testing::Test {
 protected:
     // One call with these words alone, in a child process.
@@ -61,11 +60,12 @@ protected:
         return runInChild([&] { PluginInitialise(simulator.callbacks(), arguments.c_str()); });
     }
 
-    // The words -ze and an image.
-    std::string image(const std::string& text = s_oneCore) {
-        return "-ze '" + folder.write("image.ze", text) + "' ";
+    // The words -ze and an image with these cores.
+    std::string image(const std::string& cores = s_oneCore) {
+        return "-ze '" + folder.write("image.ze", imageOfCores(cores)) + "' ";
     }
 
+    DeviceFolder devices;
     StubSimulator simulator;
     TemporaryFolder folder;
 };
@@ -324,14 +324,14 @@ TEST_F(WavePluginTest, AnEmptyPairOfQuotesMakesTheNextWordTheOutput) {
 TEST_F(WavePluginTest, AnImageOptionIsAlsoSeenWhereItIsTheValueOfAnother) {
     // The first pass opens the image behind it; the second takes -ze as the output's name, and then looks
     // at the image's name as an option.
-    const std::string name = folder.write("image.ze", s_oneCore);
+    const std::string name = folder.write("image.ze", imageOfCores(s_oneCore));
     EXPECT_EQ(initialise("-o -ze " + name).error,
               "Error: Invalid argument to trace plugin: '" + name + "'\n" + s_usage);
 }
 
 TEST_F(WavePluginTest, SeveralImagesAllOpen) {
-    const std::string first = folder.write("first.ze", "a 0 0\n");
-    const std::string second = folder.write("second.ze", "b 0 1\n");
+    const std::string first = folder.write("first.ze", imageOfCores("a 0 0\n"));
+    const std::string second = folder.write("second.ze", imageOfCores("b 0 1\n"));
     const ChildResult result =
         initialise("-ze " + first + " -ze " + second + " -core b -cycles -o " + folder.file("wave.vcd"));
     EXPECT_EQ(result.exitStatus, 0) << result.error;
@@ -531,8 +531,7 @@ TEST_F(WavePluginTest, SixtyFourInstancesRunSideBySideAndThe65thIsRefused) {
         PluginInitialise(simulator.callbacks(), nullptr); // refused before its arguments are looked at
     });
     EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_THAT(result.error,
-                EndsWith(s_noNetwork + "Error: Exceeded the maximum number of plugins (64).\n"));
+    EXPECT_THAT(result.error, EndsWith("Error: Exceeded the maximum number of plugins (64).\n"));
     for (unsigned int i = 0; i < 64; ++i) {
         const std::string time = "#" + std::to_string(i) + "\n";
         EXPECT_THAT(folder.read("wave" + std::to_string(i)), EndsWith(time + "1paa0\n\n" + time));
@@ -573,7 +572,7 @@ TEST_F(WavePluginTest, AFullDeviceHarmsNothing) {
         PluginTerminate(id);
     });
     EXPECT_EQ(result.exitStatus, 0);
-    EXPECT_EQ(result.error, s_noNetwork);
+    EXPECT_EQ(result.error, "");
 }
 
 TEST_F(WavePluginTest, AClosedStandardOutputHarmsNothing) {
@@ -588,7 +587,7 @@ TEST_F(WavePluginTest, AClosedStandardOutputHarmsNothing) {
         PluginTerminate(id);
     });
     EXPECT_EQ(result.exitStatus, 0);
-    EXPECT_EQ(result.error, s_noNetwork);
+    EXPECT_EQ(result.error, "");
 }
 
 TEST_F(WavePluginTest, ALocaleWithADecimalCommaChangesNoNumber) {

@@ -1,4 +1,6 @@
 #include "tests/support/ChildProcess.h"
+#include "tests/support/NetworkBuilder.h"
+#include "tests/support/SampleImage.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/tools/zetool/wave/WaveSamples.h"
 #include "tests/tools/zetool/ZetoolProgram.h"
@@ -151,7 +153,11 @@ TEST(CommandWords, EveryExampleOfTheManPageRuns) {
         EXPECT_FALSE(named.command->examples.empty()) << named.words();
         for (const ExampleRow& example : named.command->examples) {
             EXPECT_THAT(page, testing::HasSubstr(std::string(".B ") + example.line + "\n"));
+            const DeviceFolder devices;
             const TemporaryFolder folder;
+            folder.write("device.zn", sampleNetwork({{"stdcore[0]"}}));
+            folder.write("system.xml", sampleConfiguration());
+            folder.write("main.o", sampleProgram({"main"}));
             folder.write("a.vcd", fullSample().start() + "#1\n1po00b0\n\n#2\n");
             const ChildResult result = zetoolShell(folder.path(), example.line);
             EXPECT_GE(result.exitStatus, 0) << example.line;

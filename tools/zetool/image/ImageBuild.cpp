@@ -1,0 +1,199 @@
+#include "tools/zetool/image/ImageBuild.h"
+
+#include "infr_libs/ElfHandler/ElfHandler.h"
+#include "infr_libs/ErrorHandler/CatchableErrorHandler.h"
+#include "infr_libs/StringLibrary/StringLibrary.h"
+#include "infr_libs/XmlParser/XmlParser.h"
+#include "infr_libs/ZelmBinaryHandler/ZBHandler.h"
+#include "infr_libs/ZNLoader/ZNLoader.h"
+#include "tools/zetool/Command.h"
+#include "tools/zetool/Messages.h"
+#include "tools/zetool/OutputFile.h"
+#include "tools/zetool/WholeFile.h"
+
+#include <charconv>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+// Where a program goes: the position of its node in the scan chain, and the core's number on it.
+struct Place {
+    std::uint16_t position;
+    std::uint16_t core;
+};
+
+struct Program {
+    std::string core; // as given
+    std::string file;
+    std::string bytes;
+};
+
+// A value "CORE=FILE"; the last = counts, since core names may hold one and files seldom do.
+Program programOf(const std::string& value) {
+    const std::size_t mark = value.rfind('=');
+    if (mark == std::string::npos || mark == 0 || mark + 1 == value.size())
+        throw ToolFailure("image build: '" + value + "' isn't of the form CORE=FILE");
+    Program program{value.substr(0, mark), value.substr(mark + 1), {}};
+    program.bytes = readWhole(program.file);
+    return program;
+}
+
+// What a library throws or collects: one message a line.
+void printLines(const std::string& text) {
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        printMessage(line);
+}
+
+// Null, after the message, for a network that the plugin couldn't load either.
+std::unique_ptr<ZNLoader> loadNetwork(const std::string& file, const std::string& document) {
+    std::istringstream stream(document);
+    std::string warnings;
+    std::unique_ptr<ZNLoader> network;
+    try {
+        network = std::make_unique<ZNLoader>(file, &stream, &warnings);
+    } catch (const std::string& error) {
+        printLines(warnings + error);
+        return nullptr;
+    } catch (const std::exception&) {
+        printMessage(file, "the document ends inside a comment");
+        return nullptr;
+    }
+    printLines(warnings);
+    return network;
+}
+
+bool checkConfiguration(const std::string& file, const std::string& document) {
+    CatchableErrorHandler handler;
+    StringLibrary strings(&handler);
+    ZelmUtils utils{&handler, &strings, nullptr};
+    std::istringstream stream(document);
+    try {
+        const XmlParser parser(file.c_str(), &utils, &stream);
+        const std::string& root = *parser.getRoot()->getName();
+        if (root == "ZSystem")
+            return true;
+        printMessage(file, "the root must be 'ZSystem', not '" + root + "'");
+    } catch (const std::string& error) {
+        printLines(error);
+    } catch (const std::exception&) {
+        printMessage(file, "the document ends inside a comment");
+    }
+    return false;
+}
+
+bool checkProgram(const Program& program) {
+    CatchableErrorHandler handler;
+    std::istringstream stream(program.bytes);
+    try {
+        const ElfHandler elf(&handler, stream);
+        return true;
+    } catch (const std::string& error) {
+        printMessage(program.file, error.substr(0, error.find_last_not_of('\n') + 1));
+        return false;
+    }
+}
+
+std::optional<std::uint16_t> numberOf(std::string_view text) {
+    std::uint16_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return number;
+}
+
+// The place of a core by its name, or by "POSITION:CORE"; nothing if the network has no such core.
+std::optional<Place> placeOf(const ZNLoader& network, const std::string& core) {
+    std::optional<Place> given;
+    const std::size_t colon = core.find(':');
+    if (colon != std::string::npos) {
+        const auto position = numberOf(std::string_view(core).substr(0, colon));
+        const auto number = numberOf(std::string_view(core).substr(colon + 1));
+        if (position && number)
+            given = Place{*position, *number};
+    }
+    for (std::size_t position = 0; position < network.m_jtagNodes.size(); ++position) {
+        ZNLoader::Node* node = network.m_jtagNodes[position];
+        if (node->getType() != ZNLoader::ProcNode::s_type)
+            continue;
+        for (const ZNLoader::Core* candidate : static_cast<ZNLoader::ProcNode*>(node)->m_cores) {
+            const Place place{static_cast<std::uint16_t>(position),
+                              static_cast<std::uint16_t>(candidate->m_number)};
+            if (candidate->m_reference == core ||
+                (given && given->position == place.position && given->core == place.core))
+                return place;
+        }
+    }
+    return std::nullopt;
+}
+
+struct DeleteContainer {
+    void operator()(ZBHandler* container) const { deleteZBHandler(container); }
+};
+
+std::string bytesOf(ZBHandler* container) {
+    std::string bytes(static_cast<std::size_t>(getZBFileSize(container)), '\0');
+    const std::int32_t size =
+        writeZBToMemory(container, bytes.data(), static_cast<std::int32_t>(bytes.size()));
+    if (container->errorCode != 0 || size < 0)
+        throw ToolFailure(std::string("image build: ") + container->errorMessage);
+    bytes.resize(static_cast<std::size_t>(size));
+    return bytes;
+}
+
+const std::string& required(const Invocation& invocation, const char* option) {
+    if (!invocation.has(option))
+        throw ToolFailure(std::string("image build: --") + option + " is missing");
+    return invocation.value(option);
+}
+
+} // namespace
+
+int imageBuild(const Invocation& invocation) {
+    const std::string& networkFile = required(invocation, "network");
+    const std::string& configFile = required(invocation, "config");
+    required(invocation, "elf");
+    const std::string& outputFile = required(invocation, "output");
+
+    const std::string networkText = readWhole(networkFile);
+    const std::string configText = readWhole(configFile);
+    std::vector<Program> programs;
+    for (const std::string& value : invocation.values("elf"))
+        programs.push_back(programOf(value));
+
+    // All parts are looked at, so that one call names all their faults.
+    const std::unique_ptr<ZNLoader> network = loadNetwork(networkFile, networkText);
+    bool isSound = checkConfiguration(configFile, configText) && network;
+    const std::unique_ptr<ZBHandler, DeleteContainer> container(createZBHandler());
+    if (!container)
+        throw ToolFailure("not enough memory");
+    addZBSector(container.get(), ZBSEC_SYSCONFIG, configText.size(), configText.data());
+    addZnZBSector(container.get(), networkText.size(), networkText.data());
+    for (const Program& program : programs) {
+        isSound = checkProgram(program) && isSound;
+        if (!network)
+            continue;
+        const std::optional<Place> place = placeOf(*network, program.core);
+        if (!place) {
+            printMessage(networkFile, "there is no core '" + program.core + "' for " + program.file);
+            isSound = false;
+            continue;
+        }
+        addElfZBSector(container.get(), place->position, place->core, program.bytes.data(),
+                       program.bytes.size());
+    }
+    if (!isSound)
+        return s_foundWrong;
+    addEndZBSector(container.get());
+
+    OutputFile output(outputFile, invocation.has("force"));
+    output.write(bytesOf(container.get()));
+    output.close();
+    return s_fine;
+}
