@@ -96,7 +96,7 @@ void addBits(std::string& text, std::uint64_t value, int width) {
 
 // A run of one core: ports that toggle, the clock count, instructions, timers and now and then a function.
 void writeWaveform(const std::string& path, double numBytes) {
-    SampleCore core;
+    TracedCore core;
     for (char letter = 'A'; letter < 'Q'; ++letter)
         core.ports.push_back({std::string("ZS1_PORT_1") + letter, 1, ""});
     core.hasCycles = true;
@@ -167,7 +167,7 @@ bool measureSession(const TemporaryFolder& folder) {
     SampleWave wave;
     wave.cores.resize(2);
     for (int number = 0; number < 2; ++number) {
-        SampleCore& core = wave.cores[static_cast<std::size_t>(number)];
+        TracedCore& core = wave.cores[static_cast<std::size_t>(number)];
         core.name = "stdcore[" + std::to_string(number) + "]";
         core.tag = "0" + std::to_string(number);
         core.numFunctionThreads = 8;

@@ -63,7 +63,7 @@ constexpr Row s_clockBlockRows[] = {
 constexpr Row s_timerRows[] = {{"a", 64, "_time"}, {"b", 1, "_inuse"}, {"c", 1, "_tWaiting"}};
 
 template<std::size_t size>
-Category numbered(const SampleCore& core, const char* category, const char* resource, const char* prefix,
+Category numbered(const TracedCore& core, const char* category, const char* resource, const char* prefix,
                   unsigned int count, const Row (&rows)[size]) {
     Category result{category, {}};
     for (unsigned int index = 0; index < count; ++index) {
@@ -77,10 +77,10 @@ Category numbered(const SampleCore& core, const char* category, const char* reso
     return result;
 }
 
-Category ports(const SampleCore& core) {
+Category ports(const TracedCore& core) {
     Category result{"Ports", {}};
     for (std::size_t index = 0; index < core.ports.size(); ++index) {
-        const SamplePort& port = core.ports[index];
+        const TracedPort& port = core.ports[index];
         Group group{port.name, "HEX", {}, std::string(20, ' ')};
         for (const Row& row : s_portRows)
             if (!row.isDetailed || core.hasDetailedPorts)
@@ -92,7 +92,7 @@ Category ports(const SampleCore& core) {
     return result;
 }
 
-Category instructions(const SampleCore& core) {
+Category instructions(const TracedCore& core) {
     const std::string start = core.name + "_INSTRUCTION_";
     const std::string indent(16, ' ');
     return {"Instructions",
@@ -101,7 +101,7 @@ Category instructions(const SampleCore& core) {
              {"", "ASCII", {{"in" + core.tag + "c0", start + "MNEMONIC", 64, true}}, indent}}};
 }
 
-Category functions(const SampleCore& core) {
+Category functions(const TracedCore& core) {
     Group group{"", "ASCII", {}, std::string(20, ' ')};
     for (unsigned int thread = 0; thread < core.numFunctionThreads; ++thread)
         group.signals.push_back({"fu" + core.tag + "a" + std::to_string(thread),
@@ -110,7 +110,7 @@ Category functions(const SampleCore& core) {
 }
 
 // In the order of the plugin's tracers.
-std::vector<Category> categories(const SampleCore& core) {
+std::vector<Category> categories(const TracedCore& core) {
     std::vector<Category> all;
     if (!core.ports.empty())
         all.push_back(ports(core));
@@ -192,7 +192,7 @@ std::string docs(const SampleWave& wave) {
         text += doc(".*Pad\\d+", "The value on the pad");
     if (wave.cores.empty())
         return text;
-    const SampleCore& core = wave.cores.front();
+    const TracedCore& core = wave.cores.front();
     const std::string port = "stdcore\\[\\d+\\]_ZS1_PORT_\\d+[A-Z]";
     if (!core.ports.empty())
         text +=
@@ -232,14 +232,14 @@ std::string structure(const SampleWave& wave) {
         "\"/>\n    <Hierarchy>\n";
     if (!wave.pads.empty())
         text += hierarchy(padCategory(wave.pads), std::string(4, ' '));
-    for (const SampleCore& core : wave.cores) {
+    for (const TracedCore& core : wave.cores) {
         text += "        <Core name=\"" + core.name + "\">\n";
         for (const Category& category : categories(core))
             text += hierarchy(category, std::string(12, ' '));
         text += "        </Core>\n";
     }
     text += "    </Hierarchy>\n    <ValueAliases>\n";
-    for (const SampleCore& core : wave.cores) {
+    for (const TracedCore& core : wave.cores) {
         if (core.numFunctionThreads == 0)
             continue;
         text += "        <ValueAliasMap coreName=\"" + core.name + "\" category=\"functions\">\n";
@@ -249,9 +249,9 @@ std::string structure(const SampleWave& wave) {
     }
     text +=
         "    </ValueAliases>\n    <SignalDocs>\n" + docs(wave) + "    </SignalDocs>\n    <SignalAliases>\n";
-    for (const SampleCore& core : wave.cores) {
+    for (const TracedCore& core : wave.cores) {
         text += "        <SignalAliasMap coreName=\"" + core.name + "\">\n";
-        for (const SamplePort& port : core.ports)
+        for (const TracedPort& port : core.ports)
             if (!port.userName.empty())
                 text += "            <Entry name=\"" + port.name + "\" alias=\"" + port.userName + "\"/>\n";
         text += "        </SignalAliasMap>\n";
@@ -265,7 +265,7 @@ std::string SampleWave::start() const {
     std::vector<Category> all;
     if (!pads.empty())
         all.push_back(padCategory(pads));
-    for (const SampleCore& core : cores)
+    for (const TracedCore& core : cores)
         for (const Category& category : categories(core))
             all.push_back(category);
 

@@ -5,17 +5,17 @@
 #include <vector>
 
 // A port of a sample core, as the simulator names it.
-struct SamplePort {
+struct TracedPort {
     std::string name;
     unsigned int width = 1;
     std::string userName; // of the network document; empty: the port has no entry there
 };
 
 // What is traced on one core.
-struct SampleCore {
+struct TracedCore {
     std::string name = "stdcore[0]";
     std::string tag = "00"; // routing id and core number
-    std::vector<SamplePort> ports;
+    std::vector<TracedPort> ports;
     bool hasDetailedPorts = false;
     bool hasCycles = false;
     unsigned int numThreads = 0;
@@ -32,7 +32,7 @@ struct SampleWave {
     std::string timescale = "2.500000 ns";
     std::string date = "Sat Nov 21 12:00:00 2026";
     std::vector<std::string> pads;
-    std::vector<SampleCore> cores;
+    std::vector<TracedCore> cores;
 
     std::string start() const;
 };

@@ -188,7 +188,7 @@ TEST_F(Readers, GtkwaveWritesEveryTraceLineOfASessionAgain) {
     wave.cores.push_back(wave.cores[0]);
     wave.cores[1].name = "stdcore[1]";
     wave.cores[1].tag = "01";
-    for (SampleCore& core : wave.cores)
+    for (TracedCore& core : wave.cores)
         for (int function = 0; function < 2000; ++function)
             core.functions.emplace_back("a_function_with_a_long_name_" + std::to_string(function),
                                         "a_fu." + std::to_string(function % 1000));
@@ -226,7 +226,7 @@ TEST_F(Readers, GtkwaveWritesTheSessionOfAStandardFileAgain) {
 TEST_F(Readers, GtkwaveShowsTextsAndUserNames) {
     SampleWave wave;
     wave.cores.emplace_back();
-    SampleCore& core = wave.cores[0];
+    TracedCore& core = wave.cores[0];
     core.ports = {{"ZS1_PORT_1A", 1, "uart_tx"}};
     core.numThreads = 1;
     core.functions = {{"main", "main.0"}, {"a_function_of_some_length", "a_fu.0"}};

@@ -8,7 +8,7 @@ TEST(WaveGtkw, WritesGroupsRadixUserNamesAndTexts) {
     SampleWave wave;
     wave.pads = {"Pad0"};
     wave.cores.emplace_back();
-    SampleCore& core = wave.cores[0];
+    TracedCore& core = wave.cores[0];
     core.ports = {{"ZS1_PORT_4A", 4, "leds"}};
     core.hasCycles = true;
     core.numThreads = 1;
@@ -129,7 +129,7 @@ TEST(WaveGtkw, ClosesLongGroups) {
 TEST(WaveGtkw, SharesEqualTables) {
     SampleWave wave;
     wave.cores.resize(2);
-    for (SampleCore& core : wave.cores) {
+    for (TracedCore& core : wave.cores) {
         core.functions = {{"main", "main.0"}};
         core.numFunctionThreads = 8;
     }
@@ -143,7 +143,7 @@ TEST(WaveGtkw, SharesEqualTables) {
 TEST(WaveGtkw, KeepsToTheMostFiltersOfASession) {
     SampleWave wave;
     for (int number = 0; number < 130; ++number) {
-        SampleCore core;
+        TracedCore core;
         core.name = "stdcore[" + std::to_string(number) + "]";
         core.tag = "0" + std::to_string(number);
         core.functions = {{"main" + std::to_string(number), "main.0"}};

@@ -4,7 +4,7 @@
 
 // One core with a bit of everything, and two pads.
 inline SampleWave fullSample() {
-    SampleCore core;
+    TracedCore core;
     core.ports = {{"ZS1_PORT_1A", 1, "uart_tx"}, {"ZS1_PORT_4A", 4, ""}};
     core.hasDetailedPorts = true;
     core.hasCycles = true;
