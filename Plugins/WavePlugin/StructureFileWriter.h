@@ -68,7 +68,8 @@ public:
 private:
     void addSignalAliasMap(const std::string& coreName, const std::vector<ZNLoader::PortDesc>& ports);
 
-    TracePluginCallbacks* m_callbacks; // kept with the others; the document asks the simulator nothing
+    [[maybe_unused]] TracePluginCallbacks*
+        m_callbacks; // kept with the others; the document asks the simulator nothing
     PluginLibrary* m_library;
     FILE* m_fp;
 };

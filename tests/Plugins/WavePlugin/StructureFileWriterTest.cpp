@@ -124,6 +124,34 @@ TEST_F(StructureFileWriterTest, WithoutANetworkWarnsAndLeavesTheAliasesOut) {
     EXPECT_EQ(result.output, "");
 }
 
+TEST_F(StructureFileWriterTest, NamesThePortsOfEachCoreOfTheNetwork) {
+    ZNLoader::FreeCore first;
+    first.m_reference = "stdcore[0]";
+    first.m_ports = {{"uart_tx", "ZS1_PORT_1A", ""}, {"leds", "ZS1_PORT_4B", ""}};
+    ZNLoader::HoldingCore holding;
+    holding.m_reference = "holding";
+    ZNLoader::FreeCore second; // its ports have no names
+    second.m_reference = "stdcore[1]";
+    ZNLoader::ProcNode processor;
+    processor.m_cores = {&first, &holding, &second};
+    ZNLoader::ZsscNode controller;
+    ZNLoader network;
+    network.m_nodes = {&controller, &processor};
+
+    writer.addSignalAliases(network);
+    EXPECT_EQ(stream.text(), "    <SignalAliases>\n"
+                             "        <SignalAliasMap coreName=\"stdcore[0]\">\n"
+                             "            <Entry name=\"ZS1_PORT_1A\" alias=\"uart_tx\"/>\n"
+                             "            <Entry name=\"ZS1_PORT_4B\" alias=\"leds\"/>\n"
+                             "        </SignalAliasMap>\n"
+                             "        <SignalAliasMap coreName=\"stdcore[1]\">\n"
+                             "        </SignalAliasMap>\n"
+                             "    </SignalAliases>\n");
+
+    network.m_nodes.clear(); // they are this test's
+    processor.m_cores.clear();
+}
+
 // ---------------------------------------------------------------- the document of a whole run
 
 TEST(StructureDocument, EndsOnALineOfItsOwnBeforeABlankLine) {
