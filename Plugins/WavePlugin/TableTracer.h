@@ -101,8 +101,8 @@ protected:
 
     // ---------------------------------------------------------------- on each clock
 
-    // Asks for the states of all resources. The function takes a resource's number and its record; what
-    // the record points to isn't used.
+    // Asks for the states of all resources. The function takes a resource's number and its record, which
+    // begins as zeros and is the same on every clock; what it points to isn't used.
     template<typename Poll>
     void pollAll(const Poll& poll) {
         Record* const polled = m_polled.data();

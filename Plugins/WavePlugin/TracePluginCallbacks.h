@@ -5,9 +5,9 @@
  *
  * The table belongs to the simulator, stays valid from PluginInitialise to PluginTerminate, and is never
  * written by a plugin. All calls come from one thread. A state call has no side effect on the simulation,
- * never fails for a number below the resource's count, and may write any word of its record: a plugin's
- * record must have the full size given here. A text that a record points to belongs to the simulator, and
- * is valid until the next callback.
+ * never fails for a number below the resource's count, sets every word that has a name here, and may write
+ * any other word of its record: a plugin's record must have the full size given here. A text that a record
+ * points to belongs to the simulator, and is valid until the next callback.
  *
  * "pid" is a packed core id: node number in the high 16 bits, core number in the low 16 bits.
  *
@@ -75,7 +75,7 @@ typedef struct TraceTimerState {
 typedef struct TraceClockBlockState {
     unsigned int inUse;          /* 0: 0 or 1 */
     unsigned int started;        /* 1: 0 or 1 */
-    unsigned int threadsWaiting; /* 2: the low eight bits count */
+    unsigned int threadsWaiting; /* 2: the low eight bits are shown */
     unsigned int reserved3;      /* 3 */
     unsigned int fallingEdge;    /* 4: in this clock, 0 or 1 */
     unsigned int risingEdge;     /* 5: in this clock, 0 or 1 */

@@ -577,17 +577,23 @@ TEST_F(WavePluginTest, AFullDeviceHarmsNothing) {
 
 TEST_F(WavePluginTest, AClosedStandardOutputHarmsNothing) {
     simulator.pads = {StubSimulator::pad("Pad0")};
-    const ChildResult result = runInChild([&] {
-        close(STDOUT_FILENO);
-        const unsigned int id = PluginInitialise(simulator.callbacks(), (image() + "-pads -cycles").c_str());
-        for (int i = 0; i < 1000; ++i) {
-            simulator.pads[0].value ^= 1;
-            PluginClock(id);
-        }
-        PluginTerminate(id);
-    });
-    EXPECT_EQ(result.exitStatus, 0);
-    EXPECT_EQ(result.error, "");
+    const auto closeDescriptor = [] { close(STDOUT_FILENO); };
+    const auto closeStream = [] { std::fclose(stdout); };
+    for (const std::function<void()>& closeOutput :
+         {std::function<void()>(closeDescriptor), std::function<void()>(closeStream)}) {
+        const ChildResult result = runInChild([&] {
+            closeOutput();
+            const unsigned int id =
+                PluginInitialise(simulator.callbacks(), (image() + "-pads -cycles").c_str());
+            for (int i = 0; i < 1000; ++i) {
+                simulator.pads[0].value ^= 1;
+                PluginClock(id);
+            }
+            PluginTerminate(id);
+        });
+        EXPECT_EQ(result.exitStatus, 0);
+        EXPECT_EQ(result.error, "");
+    }
 }
 
 TEST_F(WavePluginTest, ALocaleWithADecimalCommaChangesNoNumber) {
