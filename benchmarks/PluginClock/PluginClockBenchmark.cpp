@@ -8,6 +8,8 @@
 
 #include "benchmarks/PluginClock/Device.h"
 #include "Plugins/WavePlugin/WavePlugin.h"
+#include "tests/support/NetworkBuilder.h"
+#include "tests/support/SampleImage.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>
@@ -143,7 +145,7 @@ std::vector<std::string_view> writes(std::string_view clocks) {
 class Benchmark {
 public:
     Benchmark() {
-        const std::string image = m_folder.write("image.ze", "stdcore[0] 0 0\n");
+        const std::string image = m_folder.write("image.ze", imageOfCores("stdcore[0] 0 0\n"));
         const std::string arguments = "-ze '" + image + "' -o '" + m_folder.file("wave.vcd") +
                                       "' -pads -ports-detailed -threads -clock-blocks -timers -instructions";
         m_instance = PluginInitialise(Device::callbacks(), arguments.c_str());
@@ -221,6 +223,7 @@ private:
         return {std::istreambuf_iterator<char>(waveform), {}};
     }
 
+    DeviceFolder m_devices;
     TemporaryFolder m_folder;
     unsigned int m_instance;
 };

@@ -2,6 +2,8 @@
 // sanitizer tell of it.
 
 #include "Plugins/WavePlugin/WavePlugin.h"
+#include "tests/support/NetworkBuilder.h"
+#include "tests/support/SampleImage.h"
 #include "tests/support/StubSimulator.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -81,9 +83,10 @@ TEST(PluginClockAllocation, AClockAllocatesNothing) {
     core.timers.resize(2);
     core.clockBlocks.resize(2);
     core.instruction.mnemonic = "nop     ";
+    const DeviceFolder devices;
     const TemporaryFolder folder;
     const std::string arguments =
-        "-ze " + folder.write("image.ze", "c 0 0\n") + " -o " + folder.file("wave.vcd") +
+        "-ze " + folder.write("image.ze", imageOfCores("c 0 0\n")) + " -o " + folder.file("wave.vcd") +
         " -pads -ports-detailed -cycles -threads -clock-blocks -timers -instructions";
     const unsigned int id = PluginInitialise(simulator.callbacks(), arguments.c_str());
 

@@ -114,14 +114,22 @@ TEST_F(StructureFileWriterTest, EscapesNothing) {
     EXPECT_EQ(stream.text(), "                <Group name=\"a<b & \"c\"\">\n");
 }
 
-TEST_F(StructureFileWriterTest, WithoutANetworkWarnsAndLeavesTheAliasesOut) {
+TEST_F(StructureFileWriterTest, WithoutANetworkWarnsAndClosesTheDocumentWithoutAliases) {
     const ChildResult result = runInChild([&] {
+        writer.initialise("date");
         writer.processZnFile();
+        writer.terminate();
         std::fputs(stream.text().c_str(), stdout);
     });
     EXPECT_EQ(result.error,
               "Warning: Unable to load ZN file required for dumping the structural information\n");
-    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.output, "$comment\n"
+                             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                             "<Structure>\n"
+                             "    <Date value=\"date\"/>\n"
+                             "</Structure>\n"
+                             "$end\n"
+                             "\n");
 }
 
 TEST_F(StructureFileWriterTest, NamesThePortsOfEachCoreOfTheNetwork) {
