@@ -24,16 +24,17 @@ void ElfInput::seek(std::uint64_t offset) {
     m_stream.seekg(static_cast<std::istream::off_type>(m_position));
 }
 
-void ElfInput::read(void* destination, std::size_t numBytes) {
+std::size_t ElfInput::read(void* destination, std::size_t numBytes) {
     const auto wanted = static_cast<std::streamsize>(std::min<std::uint64_t>(numBytes, numBytesLeft()));
-    std::streamsize got = 0;
+    std::size_t numRead = 0;
     if (wanted > 0) {
         m_stream.read(static_cast<char*>(destination), wanted);
-        got = m_stream.gcount();
+        numRead = static_cast<std::size_t>(m_stream.gcount());
         m_stream.clear();
     }
-    m_position += static_cast<std::uint64_t>(got);
-    std::memset(static_cast<char*>(destination) + got, 0, numBytes - static_cast<std::size_t>(got));
+    m_position += numRead;
+    std::memset(static_cast<char*>(destination) + numRead, 0, numBytes - numRead);
+    return numRead;
 }
 
 void reportNoMemoryForSection(ErrorHandler* errorHandler) {

@@ -32,7 +32,8 @@ public:
     // Counted from the stream's beginning; a place past the end means the end.
     void seek(std::uint64_t offset);
 
-    void read(void* destination, std::size_t numBytes);
+    // Returns how many of the bytes the stream had.
+    std::size_t read(void* destination, std::size_t numBytes);
 
     // The bytes of one structure of the file.
     template<class Structure>

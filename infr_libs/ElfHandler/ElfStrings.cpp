@@ -35,8 +35,10 @@ ElfStrings::ElfStrings(ErrorHandler* errorHandler, std::istream& stream, const E
         failToAllocate(s_forReading);
     m_buffer = allocate(header->sh_size, s_forReading);
     m_bufferSize = header->sh_size;
-    input.read(m_buffer.get(), m_bufferSize);
-    addReadTexts();
+    const std::size_t numRead = input.read(m_buffer.get(), m_bufferSize);
+    // Behind what the file has stand zeros alone: the first may end a text, the second is the empty text, and
+    // any others are the empty text again.
+    addReadTexts(std::min(numRead + 2, std::size_t{m_bufferSize}));
 }
 
 ElfStrings::~ElfStrings() = default;
@@ -44,10 +46,10 @@ ElfStrings::~ElfStrings() = default;
 // A text that the table already holds isn't added a second time, and those behind it move down, away from
 // the offsets that the file's symbols have for them. It is wanted: the offset of a text is the sum of what
 // was added before it, and tables that this library writes hold each text once.
-void ElfStrings::addReadTexts() {
+void ElfStrings::addReadTexts(std::size_t numBytes) {
     const char* text = bytes();
-    const char* end = text + m_bufferSize;
-    m_byName.reserve(std::min(s_maxReserved, m_bufferSize / s_bytesForText));
+    const char* end = text + numBytes;
+    m_byName.reserve(std::min(s_maxReserved, numBytes / s_bytesForText));
     while (const void* zero = std::memchr(text, '\0', static_cast<std::size_t>(end - text))) {
         const std::string_view view(text, static_cast<const char*>(zero));
         const std::uint32_t hash = ElfTextIndex::hashOf(view);

@@ -63,7 +63,7 @@ private:
     const char* bytes() const { return reinterpret_cast<const char*>(m_buffer.get()); }
     const std::uint32_t* findOffset(std::string_view text, std::uint32_t hash) const;
     ElfString* stringAt(std::uint32_t offset, std::string_view text);
-    void addReadTexts();
+    void addReadTexts(std::size_t numBytes);
     void append(std::string_view text);
     void makeRoom(std::uint32_t numBytes);
     void copyTexts(unsigned char* destination) const;

@@ -6,6 +6,7 @@
 #include "infr_libs/ElfHandler/ElfSymbolTable.h"
 #include "infr_libs/ErrorHandler/ErrorHandler.h"
 #include "tests/infr_libs/ElfHandler/ElfSamples.h"
+#include "tests/support/Bytes.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/LabelledBytes.h"
 #include "tests/support/RecordingErrorHandler.h"
@@ -198,6 +199,33 @@ TEST_F(ElfHandlerWriterTest, AFileThatWasReadIsWrittenWithASecondPairOfTables) {
         readElf(errorHandler, bytes);
     });
     EXPECT_EQ(result.exitStatus, 1);
+}
+
+// The example of docs/formats/elf.md.
+TEST_F(ElfHandlerWriterTest, WritesTheExampleOfTheFormatsPage) {
+    ElfHandler elf(&m_errorHandler, ElfHandler::ET_EXEC);
+    const unsigned segment = elf.addSegment(0x10000, 4, 8, newArray("\x11\x22\x33\x44"), 5, 4);
+    const unsigned text = elf.addProgbitsSection(0x10000, 4, segment, 0, ".text", 6, 4, 0);
+    elf.addSymbol("_start", 0x10000, text, s_global, s_function, 4);
+    EXPECT_EQ(write(elf), fromHex("7f 45 4c 46 01 01 01 00  00 00 00 00 00 00 00 00"
+                                  "02 00 9e b4 01 00 00 00  00 00 01 00 34 00 00 00"
+                                  "54 00 00 00 00 00 00 00  34 00 20 00 01 00 28 00"
+                                  "04 00 03 00") +
+                              fromHex("01 00 00 00 f4 00 00 00  00 00 01 00 00 00 01 00"
+                                      "04 00 00 00 08 00 00 00  05 00 00 00 04 00 00 00") +
+                              std::string(40, '\0') +
+                              fromHex("01 00 00 00 01 00 00 00  06 00 00 00 00 00 01 00"
+                                      "f4 00 00 00 04 00 00 00  00 00 00 00 00 00 00 00"
+                                      "04 00 00 00 00 00 00 00") +
+                              fromHex("0e 00 00 00 02 00 00 00  00 00 00 00 00 00 00 00"
+                                      "f8 00 00 00 20 00 00 00  03 00 00 00 00 00 00 00"
+                                      "01 00 00 00 10 00 00 00") +
+                              fromHex("16 00 00 00 03 00 00 00  00 00 00 00 00 00 00 00"
+                                      "18 01 00 00 1e 00 00 00  00 00 00 00 00 00 00 00"
+                                      "01 00 00 00 00 00 00 00") +
+                              fromHex("11 22 33 44") + std::string(16, '\0') +
+                              fromHex("07 00 00 00 00 00 01 00  04 00 00 00 12 00 01 00") +
+                              std::string("\0.text\0_start\0.symtab\0.strtab\0", 30));
 }
 
 // ---- Failing ----

@@ -5,10 +5,13 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/RecordingErrorHandler.h"
 
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
 #include <sstream>
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace {
 
@@ -200,6 +203,20 @@ TEST(ElfStrings, TextsAreAddedInTheRoomThatDoubledTextsLeft) {
     EXPECT_EQ(strings->getString(8), "");
 }
 
+TEST(ElfStrings, WhatTheFileLacksIsZerosAndSoTheEmptyText) {
+    for (const std::uint32_t numMissing : {1U, 2U, 3U, 0x3000000U}) {
+        RecordingErrorHandler errorHandler;
+        std::istringstream stream("main");
+        ElfSectionHeader header(1);
+        header.sh_size = 4 + numMissing;
+        ElfStrings strings(&errorHandler, stream, &header);
+        EXPECT_THAT(errorHandler.messages(), IsEmpty());
+        EXPECT_EQ(strings.find("main")->getOffset(), 0U);
+        EXPECT_EQ(strings.numBytes(), numMissing == 1 ? 5U : 6U);
+        EXPECT_EQ(strings.find("") != nullptr, numMissing != 1);
+    }
+}
+
 TEST(ElfStrings, ATableThatNoFileCanHoldEndsTheProcessAlsoWhereTheErrorHandlerReturns) {
     for (const std::uint32_t size : {0x4000010U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
         const ChildResult result = runInChild([&] {
@@ -213,6 +230,64 @@ TEST(ElfStrings, ATableThatNoFileCanHoldEndsTheProcessAlsoWhereTheErrorHandlerRe
         EXPECT_EQ(result.exitStatus, 1);
         EXPECT_EQ(result.error, "ERROR: Failed to allocate memory for reading strings\n");
     }
+}
+
+// ---- Without memory ----
+
+namespace {
+
+// Leaves this process so much more memory than it has.
+void limitMemory(std::size_t numBytes) {
+    std::size_t numPages = 0;
+    std::ifstream("/proc/self/statm") >> numPages;
+    const rlim_t limit = numPages * static_cast<std::size_t>(getpagesize()) + numBytes;
+    const rlimit both = {limit, limit};
+    setrlimit(RLIMIT_AS, &both);
+}
+
+constexpr std::size_t s_textSize = 0x800000;
+
+// How adding a text of `s_textSize` bytes ends where so much memory is left.
+ChildResult resultOfAdding(std::size_t numBytesLeft) {
+    return runInChild([&] {
+        ErrorHandler errorHandler;
+        errorHandler.setExitOnError(false);
+        ElfStrings strings(&errorHandler);
+        const std::string text(s_textSize, 'x');
+        limitMemory(numBytesLeft);
+        strings.add(text.c_str());
+    });
+}
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool s_canLimitMemory = false;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+constexpr bool s_canLimitMemory = false;
+#else
+constexpr bool s_canLimitMemory = true;
+#endif
+#else
+constexpr bool s_canLimitMemory = true;
+#endif
+
+} // namespace
+
+TEST(ElfStrings, ATextWithoutMemoryForItEndsTheProcess) {
+    if (!s_canLimitMemory)
+        GTEST_SKIP() << "the sanitizer's own memory doesn't fit under a limit";
+    const ChildResult result = resultOfAdding(s_textSize / 2);
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.error, "ERROR: Failed to allocate memory for string constant '" +
+                                std::string(s_textSize, 'x') + "'\n");
+}
+
+TEST(ElfStrings, ATableWithoutMemoryToGrowEndsTheProcess) {
+    if (!s_canLimitMemory)
+        GTEST_SKIP() << "the sanitizer's own memory doesn't fit under a limit";
+    const ChildResult result = resultOfAdding(2 * s_textSize); // for the text, but not for the table
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.error, "ERROR: Failed to allocate memory\n");
 }
 
 // ---- Display ----
