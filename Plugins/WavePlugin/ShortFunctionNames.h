@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 // The short names under which the functions of a core stand in a waveform, whose values have room for eight
 // characters. Names are settled while the waveform's head is written, in the order of the symbols, and only
@@ -29,14 +30,25 @@ private:
     using Number = std::uint16_t;
     static constexpr Number s_numNumbers = 1000; // three digits: four bytes and a point in front make eight
 
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view name) const { return std::hash<std::string_view>()(name); }
+    // A place in the table of settled names. Programs have hundreds of thousands of functions: a slot and the
+    // bytes of the name are all that one takes, with no allocation of its own.
+    struct Slot {
+        std::size_t start;    // in m_names
+        std::uint32_t length; // 0: a free slot; settled names have four bytes at least
+        std::uint32_t hash;
+        Number number;
     };
 
-    std::unordered_map<std::string, Number, Hash, std::equal_to<>> m_numbers; // of the settled names
+    // The number of the slot that holds the name, or of the free one where it belongs. There must be a free
+    // one.
+    std::size_t find(std::string_view name, std::uint32_t hash) const;
+    void makeRoom();
+
+    std::string m_names;       // the settled names, one behind the other
+    std::vector<Slot> m_slots; // their number is a power of two, and at least a third of them free
+    std::size_t m_numUsed = 0;
 
     // The lowest free number behind four first bytes. Short names with different first bytes never meet, and
     // none is ever given back, so what is below is taken and what is above is free.
-    std::unordered_map<std::string, Number, Hash, std::equal_to<>> m_nextNumbers;
+    std::unordered_map<std::uint32_t, Number> m_nextNumbers;
 };

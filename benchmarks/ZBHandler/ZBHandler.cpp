@@ -5,47 +5,20 @@
 // usage: ZBHandlerBenchmark [MEGABYTES]    (of the container that is loaded; 256)
 
 #include "infr_libs/ZelmBinaryHandler/ZBHandler.h"
+#include "benchmarks/ProcessorTime.h"
 #include "infr_libs/ZelmBinaryHandler/ZBCrc.h"
 #include "tests/support/BitSerialCrc.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <random>
 #include <string>
-#include <sys/resource.h>
 
 namespace {
 
-constexpr int s_numRuns = 7; // the best counts: others use the machine too
-
 volatile std::uint64_t s_sink; // results go here, so that none is optimised away
-
-// Processor time of this process and of the programs that it ran: what others take of the machine doesn't
-// count.
-double processorSeconds() {
-    double seconds = 0;
-    for (const int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
-        rusage usage;
-        getrusage(who, &usage);
-        for (const timeval& time : {usage.ru_utime, usage.ru_stime})
-            seconds += static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
-    }
-    return seconds;
-}
-
-template<typename Work>
-double secondsOf(const Work& work) {
-    double best = 1e9;
-    for (int i = 0; i < s_numRuns; ++i) {
-        const double start = processorSeconds();
-        work();
-        best = std::min(best, processorSeconds() - start);
-    }
-    return best;
-}
 
 std::string randomBytes(std::size_t numBytes) {
     std::mt19937_64 random(7);
@@ -65,12 +38,13 @@ void printRow(const char* what, std::size_t numBytes, double seconds, double rat
 void compareCrc(const std::string& bytes) {
     const TemporaryFolder folder;
     const std::string command = "cksum " + folder.write("bytes", bytes) + " > " + folder.file("sum");
-    const double start =
-        secondsOf([] { s_sink = static_cast<std::uint64_t>(std::system("cksum /dev/null > /dev/null")); });
+    const double start = leastProcessorSeconds(
+        [] { s_sink = static_cast<std::uint64_t>(std::system("cksum /dev/null > /dev/null")); });
     const double cksum =
-        secondsOf([&] { s_sink = static_cast<std::uint64_t>(std::system(command.c_str())); }) - start;
-    const double serial = secondsOf([&] { s_sink = bitSerialCrc(bytes); });
-    const double fast = secondsOf([&] { s_sink = computeZBCrc(bytes.data(), bytes.size()); });
+        leastProcessorSeconds([&] { s_sink = static_cast<std::uint64_t>(std::system(command.c_str())); }) -
+        start;
+    const double serial = leastProcessorSeconds([&] { s_sink = bitSerialCrc(bytes); });
+    const double fast = leastProcessorSeconds([&] { s_sink = computeZBCrc(bytes.data(), bytes.size()); });
     printRow("CRC bit by bit", bytes.size(), serial, 1, "its definition");
     printRow("CRC of the library", bytes.size(), fast, serial / fast, "as fast as the definition");
     printRow("cksum, its start taken off", bytes.size(), cksum, serial / cksum, "as fast as the definition");
@@ -83,7 +57,7 @@ void compareLoading(const std::string& payload) {
     for (std::size_t i = 0; i < numSectors; ++i)
         addZBSector(built, ZBSEC_ZN, share, payload.data() + i * share);
     std::string file(static_cast<std::size_t>(getZBFileSize(built)), '\0');
-    const double writing = secondsOf([&] {
+    const double writing = leastProcessorSeconds([&] {
         s_sink = static_cast<std::uint64_t>(
             writeZBToMemory(built, file.data(), static_cast<std::int32_t>(file.size())));
     });
@@ -91,15 +65,15 @@ void compareLoading(const std::string& payload) {
 
     // Into memory at hand: loading must make its own.
     std::string copy(file.size(), '\0');
-    const double copying = secondsOf([&] {
+    const double copying = leastProcessorSeconds([&] {
         std::memcpy(copy.data(), file.data(), file.size());
         s_sink = static_cast<unsigned char>(copy.back());
     });
-    const double crc = secondsOf([&] {
+    const double crc = leastProcessorSeconds([&] {
         for (std::size_t i = 0; i < numSectors; ++i)
             s_sink = computeZBCrc(file.data() + i * share, share);
     });
-    const double loading = secondsOf([&] {
+    const double loading = leastProcessorSeconds([&] {
         ZBHandler* handle = loadZBFromMemory(file.data(), file.size());
         s_sink = static_cast<std::uint64_t>(handle->errorCode);
         deleteZBHandler(handle);
@@ -115,7 +89,7 @@ void compareLoading(const std::string& payload) {
 void compareAppending() {
     double perSectorOfFirst = 0;
     for (std::size_t numSectors = 12500; numSectors <= 400000; numSectors *= 2) {
-        const double seconds = secondsOf([&] {
+        const double seconds = leastProcessorSeconds([&] {
             ZBHandler* handle = createZBHandler();
             for (std::size_t i = 0; i < numSectors; ++i)
                 addZBSector(handle, ZBSEC_ZN, 8, "payload");

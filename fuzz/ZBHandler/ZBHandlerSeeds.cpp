@@ -9,7 +9,8 @@
 
 namespace {
 
-const std::string s_program = segmentFile(0x10004, {{0x10000, "first"}, {0x10007, "second", 1, 64}});
+const std::string s_program =
+    segmentFile(0x10004, {bytesAt(0x10000, "first"), bytesAt(0x10007, "second")}).bytes;
 
 // One sector with a payload of whole words and no CRC to mend.
 std::string waived(unsigned type, const std::string& payload) {

@@ -2,7 +2,6 @@
 
 #include "tests/infr_libs/ZelmBinaryHandler/Containers.h"
 #include "tests/support/BitSerialCrc.h"
-#include "tests/support/Bytes.h"
 #include "tests/support/ImageBuilder.h"
 #include "tests/support/SegmentFile.h"
 
@@ -14,23 +13,13 @@ using testing::ElementsAre;
 
 namespace {
 
-// Fields of the files that `segmentFile` makes.
-constexpr std::size_t s_version = 0x14;
-constexpr std::size_t s_phoff = 0x1C;
-constexpr std::size_t s_shoff = 0x20;
-constexpr std::size_t s_phnum = 0x2C;
-constexpr std::size_t s_shnum = 0x30;
-constexpr std::size_t s_firstSegment = s_segmentTableOffset;
-constexpr std::size_t s_segmentFileOffset = s_firstSegment + 4;
-constexpr std::size_t s_segmentFileSize = s_firstSegment + 16;
-
 // A program of two segments with a gap of two bytes between them.
-std::string program() {
-    return segmentFile(0x10004, {{0x10000, "first"}, {0x10007, "second"}});
+LabelledBytes program() {
+    return segmentFile(0x10004, {bytesAt(0x10000, "first"), bytesAt(0x10007, "second")});
 }
 
-std::string changed(std::string bytes, std::size_t offset, unsigned numBytes, std::uint64_t value) {
-    return bytes.replace(offset, numBytes, littleEndian(value, numBytes));
+std::string changed(const char* label, std::uint32_t value) {
+    return program().set(label, value).bytes;
 }
 
 Container containerOf(std::string_view elf) {
@@ -53,33 +42,37 @@ constexpr char s_badSegments[] = "Bad segment size in ELF file.";
 } // namespace
 
 TEST(BanishElves, AnElfBecomesAFlatImage) {
-    const Container container = containerOf(program());
+    const Container container = containerOf(program().bytes);
     EXPECT_EQ(banishElves(container.get()), 0);
     EXPECT_EQ(write(container),
               ImageBuilder().binary(0x102, 0x304, 0x10000, std::string("first\0\0second", 13)).bytes());
 }
 
 TEST(BanishElves, TheCrcIsThatOfThePayloadAlone) {
-    const Container container = containerOf(program());
+    const Container container = containerOf(program().bytes);
     banishElves(container.get());
     EXPECT_EQ(container->firstSector->crc, bitSerialCrc(payloadOf(container->firstSector)));
 }
 
 TEST(BanishElves, AnyTypeOfSegmentCountsByItsFileBytes) {
-    const Container container = containerOf(
-        segmentFile(0, {{100, "load", 1, 1000}, {104, "note", 4}, {5, "", 1, 50}, {108, "x", 99}}));
+    const Container container = containerOf(segmentFile(0, {{.vaddr = 100, .bytes = "load", .memsz = 1000},
+                                                            {.type = 4, .vaddr = 104, .bytes = "note"},
+                                                            {.vaddr = 5, .memsz = 50},
+                                                            {.type = 99, .vaddr = 108, .bytes = "x"}})
+                                                .bytes);
     EXPECT_EQ(banishElves(container.get()), 0);
     EXPECT_EQ(write(container), ImageBuilder().binary(0x102, 0x304, 100, "loadnotex").bytes());
 }
 
 TEST(BanishElves, ALaterSegmentOverwritesAnEarlierOne) {
-    const Container container = containerOf(segmentFile(0, {{10, "abcdef"}, {12, "XY"}, {8, "12"}}));
+    const Container container =
+        containerOf(segmentFile(0, {bytesAt(10, "abcdef"), bytesAt(12, "XY"), bytesAt(8, "12")}).bytes);
     EXPECT_EQ(banishElves(container.get()), 0);
     EXPECT_EQ(write(container), ImageBuilder().binary(0x102, 0x304, 8, "12abXYef").bytes());
 }
 
 TEST(BanishElves, OtherSectorsStayAsTheyAre) {
-    const ImageBuilder others = ImageBuilder().binary(0, 0, 1, "b").zn("n").sector(10, program()).end();
+    const ImageBuilder others = ImageBuilder().binary(0, 0, 1, "b").zn("n").sector(10, program().bytes).end();
     const Container container = load(others.bytes());
     EXPECT_EQ(banishElves(container.get()), 0);
     EXPECT_EQ(write(container), others.bytes());
@@ -90,7 +83,7 @@ TEST(BanishElves, OtherSectorsStayAsTheyAre) {
 TEST(BanishElves, TheNextGotoOfTheCoreGetsTheEntryPoint) {
     const Container container = load(ImageBuilder()
                                          .jump(0, 1) // stands before the image
-                                         .elf(0, 1, program())
+                                         .elf(0, 1, program().bytes)
                                          .call(0, 1) // CALL sectors are left alone
                                          .jump(1, 1) // another node
                                          .jump(0, 0) // another core
@@ -106,11 +99,11 @@ TEST(BanishElves, TheNextGotoOfTheCoreGetsTheEntryPoint) {
 
 TEST(BanishElves, EachImageFindsItsOwnGoto) {
     const Container container = load(ImageBuilder()
-                                         .elf(0, 1, segmentFile(0x11, {{0, "a"}}))
-                                         .elf(0, 2, segmentFile(0x22, {{0, "b"}}))
+                                         .elf(0, 1, segmentFile(0x11, {bytesAt(0, "a")}).bytes)
+                                         .elf(0, 2, segmentFile(0x22, {bytesAt(0, "b")}).bytes)
                                          .jump(0, 2)
                                          .jump(0, 1)
-                                         .elf(0, 1, segmentFile(0x33, {{0, "c"}}))
+                                         .elf(0, 1, segmentFile(0x33, {bytesAt(0, "c")}).bytes)
                                          .jump(0, 1)
                                          .bytes());
     EXPECT_EQ(banishElves(container.get()), 0);
@@ -122,8 +115,8 @@ TEST(BanishElves, EachImageFindsItsOwnGoto) {
 
 TEST(BanishElves, OfTwoImagesBeforeOneGotoTheLaterOneCounts) {
     const Container container = load(ImageBuilder()
-                                         .elf(0, 1, segmentFile(0x11, {{0, "a"}}))
-                                         .elf(0, 1, segmentFile(0x22, {{0, "b"}}))
+                                         .elf(0, 1, segmentFile(0x11, {bytesAt(0, "a")}).bytes)
+                                         .elf(0, 1, segmentFile(0x22, {bytesAt(0, "b")}).bytes)
                                          .jump(0, 1)
                                          .jump(0, 1)
                                          .bytes());
@@ -134,7 +127,7 @@ TEST(BanishElves, OfTwoImagesBeforeOneGotoTheLaterOneCounts) {
 
 TEST(BanishElves, AGotoTooShortForARecordIsPassedOver) {
     const Container container =
-        load(ImageBuilder().elf(0, 0, program()).sector(5, "short").sector(5, "").jump(0, 0).bytes());
+        load(ImageBuilder().elf(0, 0, program().bytes).sector(5, "short").sector(5, "").jump(0, 0).bytes());
     EXPECT_EQ(banishElves(container.get()), 0);
     EXPECT_EQ(payloadOf(sectorsOf(container)[1]), "short");
     EXPECT_EQ(getSectorAddress(sectorsOf(container)[3]), 0x10004U);
@@ -143,54 +136,50 @@ TEST(BanishElves, AGotoTooShortForARecordIsPassedOver) {
 // --- What can't be flattened ---
 
 TEST(BanishElves, AnElfWithoutFileBytesIsRefusedAndStaysAnElf) {
-    expectRefused(segmentFile(0, {{0x10000, "", 1, 100}}), 13, s_badSegments);
-    expectRefused(segmentFile(0, {}), 13, s_badSegments);
+    expectRefused(segmentFile(0, {{.vaddr = 0x10000, .memsz = 100}}).bytes, 13, s_badSegments);
+    expectRefused(segmentFile(0, {}).bytes, 13, s_badSegments);
 }
 
 TEST(BanishElves, ATagThatIsntElfIsRefused) {
-    for (std::size_t byte : {1, 2, 3})
-        expectRefused(changed(program(), byte, 1, 'x'), 11, s_notElf);
+    for (const char* byte : {"e_ident[1]", "e_ident[2]", "e_ident[3]"})
+        expectRefused(changed(byte, 'x'), 11, s_notElf);
 }
 
 TEST(BanishElves, TheFirstByteOfTheTagIsntLookedAt) {
-    const Container container = containerOf(changed(program(), 0, 1, 'x'));
-    EXPECT_EQ(banishElves(container.get()), 0);
+    EXPECT_EQ(banishElves(containerOf(changed("e_ident[0]", 'x')).get()), 0);
 }
 
 TEST(BanishElves, AVersionWordOfTheOtherByteOrderIsRefused) {
-    expectRefused(changed(program(), s_version, 4, 0x01000000), 11, s_notElf);
-    expectRefused(changed(program(), s_version, 4, 0x10000), 11, s_notElf);
+    for (const std::uint32_t version : {0x01000000U, 0x10000U, 0xFFFFFFFFU})
+        expectRefused(changed("e_version", version), 11, s_notElf);
 }
 
 TEST(BanishElves, AnyVersionWordBelowThatIsTaken) {
-    for (unsigned version : {0U, 2U, 0xFFFFU})
-        EXPECT_EQ(banishElves(containerOf(changed(program(), s_version, 4, version)).get()), 0);
+    for (const std::uint32_t version : {0U, 2U, 0xFFFFU})
+        EXPECT_EQ(banishElves(containerOf(changed("e_version", version)).get()), 0);
 }
 
 TEST(BanishElves, WhatLiesOutsideTheFileIsRefused) {
-    const std::string elf = program();
-    const std::uint64_t end = elf.size();
-    const std::string rows[] = {
-        changed(elf, s_phoff, 4, end - 63),   // the last byte of two entries
-        changed(elf, s_phoff, 4, 0xFFFFFFFF), //
-        changed(elf, s_phnum, 2, 0xFFFF),     //
-        changed(elf, s_shnum, 2, 1).replace(s_shoff, 4, littleEndian(end - 39, 4)),
-        changed(elf, s_segmentFileOffset, 4, end - 4),    // the last byte of "first"
-        changed(elf, s_segmentFileOffset, 4, 0xFFFFFFFF), //
-        changed(elf, s_segmentFileSize, 4, 0xFFFFFFFF),   //
-        changed(elf, s_segmentFileSize, 4, end),
+    const auto size = static_cast<std::uint32_t>(program().bytes.size());
+    const std::pair<const char*, std::uint32_t> rows[] = {
+        {"e_phoff", size - 63},                                                     // two entries of 32 bytes
+        {"e_phoff", 0xFFFFFFFF},     {"e_phnum", 0xFFFF},   {"e_shoff", size - 39}, // one entry of 40 bytes
+        {"e_shoff", 0xFFFFFFFF},     {"e_shnum", 0xFFFF},   {"p_offset[0]", size - 4}, // five bytes
+        {"p_offset[0]", 0xFFFFFFFF}, {"p_filesz[0]", size}, {"p_filesz[0]", 0xFFFFFFFF}, {"p_filesz[1]", 7},
     };
-    for (const std::string& row : rows)
-        expectRefused(row, 11, s_notElf);
+    for (const auto& [label, value] : rows)
+        expectRefused(changed(label, value), 11, s_notElf);
 }
 
-TEST(BanishElves, ASectionTableInTheFileIsNoObstacle) {
-    const std::string elf = changed(program(), s_shnum, 2, 1).replace(s_shoff, 4, littleEndian(0, 4));
-    EXPECT_EQ(banishElves(containerOf(elf).get()), 0);
+TEST(BanishElves, ATableWithoutEntriesMayStandAnywhere) {
+    LabelledBytes elf = program().set("e_shnum", 0).set("e_shoff", 0xFFFFFFFF);
+    EXPECT_EQ(banishElves(containerOf(elf.bytes).get()), 0);
+    elf.set("e_phnum", 0).set("e_phoff", 0xFFFFFFFF);
+    expectRefused(elf.bytes, 13, s_badSegments);
 }
 
 TEST(BanishElves, ATooShortFileIsRefused) {
-    const std::string elf = program();
+    const std::string elf = program().bytes;
     for (std::size_t numBytes = 0; numBytes < elf.size(); ++numBytes)
         expectRefused(elf.substr(0, numBytes), 11, s_notElf);
 }
@@ -204,20 +193,21 @@ TEST(BanishElves, AnElfSectorWithoutAPrefixIsRefused) {
 }
 
 TEST(BanishElves, ASegmentBeyondTheLastAddressIsRefused) {
-    expectRefused(segmentFile(0, {{0xFFFFFFFD, "four"}}), 13, s_badSegments);
-    expectRefused(segmentFile(0, {{0xFFFFFFFC, "four"}}), 13, s_badSegments);
-    EXPECT_EQ(banishElves(containerOf(segmentFile(0, {{0xFFFFFFFB, "four"}})).get()), 0);
+    expectRefused(segmentFile(0, {bytesAt(0xFFFFFFFD, "four")}).bytes, 13, s_badSegments);
+    expectRefused(segmentFile(0, {bytesAt(0xFFFFFFFC, "four")}).bytes, 13, s_badSegments);
+    EXPECT_EQ(banishElves(containerOf(segmentFile(0, {bytesAt(0xFFFFFFFB, "four")}).bytes).get()), 0);
 }
 
 TEST(BanishElves, ASpanThatNoMemoryHoldsIsRefused) {
-    expectRefused(segmentFile(0, {{0, "low"}, {0x80000000, "high"}}), 3, "Out of memory.");
+    expectRefused(segmentFile(0, {bytesAt(0, "low"), bytesAt(0x80000000, "high")}).bytes, 3,
+                  "Out of memory.");
 }
 
 TEST(BanishElves, ImagesBeforeARefusedOneStayFlat) {
     const Container container = load(ImageBuilder()
-                                         .elf(0, 0, segmentFile(0x11, {{0, "a"}}))
+                                         .elf(0, 0, segmentFile(0x11, {bytesAt(0, "a")}).bytes)
                                          .elf(0, 1, "not one")
-                                         .elf(0, 2, segmentFile(0x22, {{0, "b"}}))
+                                         .elf(0, 2, segmentFile(0x22, {bytesAt(0, "b")}).bytes)
                                          .jump(0, 0)
                                          .jump(0, 2)
                                          .bytes());
@@ -230,7 +220,7 @@ TEST(BanishElves, ImagesBeforeARefusedOneStayFlat) {
 // --- One image ---
 
 TEST(LoadElfFromBuffer, GivesImageBaseAndEntry) {
-    const std::string elf = program();
+    const std::string elf = program().bytes;
     const Container container = emptyContainer();
     std::uint64_t numBytes = 0;
     std::uint32_t base = 0;
@@ -245,7 +235,7 @@ TEST(LoadElfFromBuffer, GivesImageBaseAndEntry) {
 }
 
 TEST(LoadElfFromBuffer, LeavesResultsAloneWhereItFails) {
-    const std::string elf = changed(program(), 1, 1, 'x');
+    const std::string elf = changed("e_ident[1]", 'x');
     const Container container = emptyContainer();
     std::uint64_t numBytes = 1;
     std::uint32_t base = 2;

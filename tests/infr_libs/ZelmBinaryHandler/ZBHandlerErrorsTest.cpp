@@ -66,7 +66,7 @@ const Row s_rows[] = {
      "Out of memory error detected"},
     {"span too large",
      [] {
-         return afterBanishing(segmentFile(0, {{0, "low"}, {0x80000000, "high"}}));
+         return afterBanishing(segmentFile(0, {bytesAt(0, "low"), bytesAt(0x80000000, "high")}).bytes);
      },
      3, "Out of memory."},
     {"cut off", [] { return load(ImageBuilder().zn("A").cutTo(31).bytes()); }, 4,
@@ -100,7 +100,8 @@ const Row s_rows[] = {
     {"can't open for reading", [] { return Container(loadZBFromFile("/dev/null/a.ze")); }, 9,
      "Could not open input file"},
     {"no ELF file", [] { return afterBanishing("not one"); }, 11, "File was not an ELF file."},
-    {"no segments", [] { return afterBanishing(segmentFile(0, {})); }, 13, "Bad segment size in ELF file."},
+    {"no segments", [] { return afterBanishing(segmentFile(0, {}).bytes); }, 13,
+     "Bad segment size in ELF file."},
 };
 
 } // namespace
