@@ -9,7 +9,6 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/LabelledBytes.h"
 
-#include <csignal>
 #include <cstring>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -64,9 +63,7 @@ TEST_F(ElfHandlerBuildingTest, ANewFileHasTheNullSectionTheNullSymbolAndTheEmpty
 TEST_F(ElfHandlerBuildingTest, ANewFileIsRelocatableOrExecutable) {
     EXPECT_EQ(ElfHandler(&m_errorHandler, ElfHandler::ET_REL).getType(), 1U);
     for (const unsigned char type : {3, 255}) {
-        const ChildResult result = runInChild([&] { ElfHandler(&m_errorHandler, type); });
-        EXPECT_EQ(result.signal, SIGABRT);
-        EXPECT_THAT(result.error, HasSubstr("Assertion `type == 1 || type == 2' failed."));
+        expectAssertion("type == 1 || type == 2", [&] { ElfHandler(&m_errorHandler, type); });
     }
 }
 
@@ -104,9 +101,7 @@ TEST_F(ElfHandlerBuildingTest, ASegmentIsLoadableAndHasItsBlock) {
 }
 
 TEST_F(ElfHandlerBuildingTest, ASegmentWithMoreBytesThanMemoryIsAnAssertion) {
-    const ChildResult result = runInChild([&] { m_elf.addSegment(0, 5, 4, newArray("abcde"), 5, 4); });
-    EXPECT_EQ(result.signal, SIGABRT);
-    EXPECT_THAT(result.error, HasSubstr("Assertion `fileBytes <= memBytes' failed."));
+    expectAssertion("fileBytes <= memBytes", [&] { m_elf.addSegment(0, 5, 4, newArray("abcde"), 5, 4); });
 }
 
 // ---- Sections with a block of their own ----
@@ -215,11 +210,9 @@ TEST_F(ElfHandlerBuildingTest, ASectionPastItsSegmentsBlockIsAnAssertion) {
     const std::vector<std::pair<std::uint32_t, std::uint32_t>> places = {
         {9, 0}, {4, 5}, {0xFFFFFFFF, 1}, {8, 0xFFFFFFFC}}; // the last two wrap in 32 bits
     for (const auto& [offset, numBytes] : places) {
-        const ChildResult result = runInChild([&, at = offset, size = numBytes] {
+        expectAssertion("offset + numBytes <= block->getSize()", [&, at = offset, size = numBytes] {
             m_elf.addProgbitsSection(0, size, segment, at, ".x", 6, 4, 0);
         });
-        EXPECT_EQ(result.signal, SIGABRT);
-        EXPECT_THAT(result.error, HasSubstr("Assertion `offset + numBytes <= block->getSize()' failed."));
     }
 }
 
@@ -228,12 +221,8 @@ TEST_F(ElfHandlerBuildingTest, ASectionWithoutContentsLiesBehindTheBytesAndWithi
     m_elf.addNobitsSection(0, 0, segment, 8, ".first", 6, 4, 0);
     m_elf.addNobitsSection(0, 0, segment, 20, ".last", 6, 4, 0);
     for (const std::uint32_t offset : {7U, 21U}) {
-        const ChildResult result =
-            runInChild([&] { m_elf.addNobitsSection(0, 0, segment, offset, ".x", 6, 4, 0); });
-        EXPECT_EQ(result.signal, SIGABRT);
-        EXPECT_THAT(
-            result.error,
-            HasSubstr("Assertion `offset >= codePHdr->p_filesz && offset <= codePHdr->p_memsz' failed."));
+        expectAssertion("offset >= codePHdr->p_filesz && offset <= codePHdr->p_memsz",
+                        [&] { m_elf.addNobitsSection(0, 0, segment, offset, ".x", 6, 4, 0); });
     }
 }
 
@@ -241,9 +230,7 @@ TEST_F(ElfHandlerBuildingTest, ASegmentThatIsNotThereIsAnAssertion) {
     for (const auto& add :
          std::vector<std::function<void()>>{[&] { m_elf.addProgbitsSection(0, 0, 0U, 0U, ".x", 6, 4, 0); },
                                             [&] { m_elf.addNobitsSection(0, 0, 0U, 0U, ".x", 6, 4, 0); }}) {
-        const ChildResult result = runInChild(add);
-        EXPECT_EQ(result.signal, SIGABRT);
-        EXPECT_THAT(result.error, HasSubstr("Assertion `segmentNo < m_programHeaders.size()' failed."));
+        expectAssertion("segmentNo < m_programHeaders.size()", add);
     }
 }
 
@@ -252,9 +239,7 @@ TEST_F(ElfHandlerBuildingTest, ASegmentWithoutABlockIsAnAssertion) {
     for (const auto& add :
          std::vector<std::function<void()>>{[&] { m_elf.addProgbitsSection(0, 0, 0U, 0U, ".x", 6, 4, 0); },
                                             [&] { m_elf.addNobitsSection(0, 0, 0U, 0U, ".x", 6, 4, 0); }}) {
-        const ChildResult result = runInChild(add);
-        EXPECT_EQ(result.signal, SIGABRT);
-        EXPECT_THAT(result.error, HasSubstr("Assertion `block' failed."));
+        expectAssertion("block", add);
     }
 }
 

@@ -10,7 +10,6 @@
 namespace {
 
 using testing::HasSubstr;
-using testing::StartsWith;
 
 std::string displayed(const std::string& bytes) {
     return runInChild([&] {

@@ -3,15 +3,11 @@
 #include "infr_libs/ElfHandler/ElfSectionHeader.h"
 #include "infr_libs/ErrorHandler/ErrorHandler.h"
 #include "tests/infr_libs/ElfHandler/ElfSamples.h"
-#include "tests/support/ChildProcess.h"
 
-#include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace {
-
-using testing::HasSubstr;
 
 class ElfHandlerEditingTest : public testing::Test {
 protected:
@@ -156,9 +152,7 @@ TEST_F(ElfHandlerEditingTest, ASectionThatIsNotThereIsAnAssertion) {
         [&] { m_elf.contractSectionData(3, 0, 0); },
     };
     for (const auto& edit : edits) {
-        const ChildResult result = runInChild(edit);
-        EXPECT_EQ(result.signal, SIGABRT);
-        EXPECT_THAT(result.error, HasSubstr("Assertion `sectionNo < m_sectionHeaders.size()' failed."));
+        expectAssertion("sectionNo < m_sectionHeaders.size()", edit);
     }
 }
 
@@ -171,8 +165,6 @@ TEST_F(ElfHandlerEditingTest, BytesOfASectionWithoutABlockAreAnAssertion) {
         [&] { m_elf.contractSectionData(blockless, 0, 0); },
     };
     for (const auto& edit : edits) {
-        const ChildResult result = runInChild(edit);
-        EXPECT_EQ(result.signal, SIGABRT);
-        EXPECT_THAT(result.error, HasSubstr("Assertion `block' failed."));
+        expectAssertion("block", edit);
     }
 }

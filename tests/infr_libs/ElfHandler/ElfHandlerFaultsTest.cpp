@@ -10,7 +10,6 @@
 #include "tests/support/RecordingErrorHandler.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <csignal>
 #include <cstdio>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

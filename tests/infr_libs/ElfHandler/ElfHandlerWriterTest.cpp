@@ -18,7 +18,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr std::uint32_t s_global = ElfSymbol::STB_GLOBAL;

@@ -1,7 +1,12 @@
 #pragma once
 
 #include "infr_libs/ElfHandler/ElfHandler.h"
+#include "tests/support/ChildProcess.h"
 
+#include <csignal>
+#include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <istream>
 #include <memory>
 #include <sstream>
@@ -13,6 +18,13 @@
 inline std::unique_ptr<ElfHandler> readElf(ErrorHandler& errorHandler, const std::string& bytes) {
     std::istringstream stream(bytes);
     return std::make_unique<ElfHandler>(&errorHandler, stream);
+}
+
+// Holds that the body ends its process with an assertion of this condition.
+inline void expectAssertion(const std::string& condition, const std::function<void()>& body) {
+    const ChildResult result = runInChild(body);
+    EXPECT_EQ(result.signal, SIGABRT);
+    EXPECT_THAT(result.error, testing::HasSubstr("Assertion `" + condition + "' failed."));
 }
 
 // An array as the builders take it.

@@ -7,7 +7,6 @@
 #include "tests/support/ElfBuilder.h"
 #include "tests/support/RecordingErrorHandler.h"
 
-#include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
@@ -15,7 +14,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr unsigned s_local = ElfSymbol::STB_LOCAL;
@@ -249,10 +247,7 @@ TEST_F(ElfSymbolTableTest, AnyOtherBindingIsAnAssertion) {
         [&] { m_elf.addUndefinedSymbol("x", 3, 0, 0); },
     };
     for (const auto& add : adders) {
-        const ChildResult result = runInChild(add);
-        EXPECT_EQ(result.signal, SIGABRT);
-        EXPECT_THAT(result.error,
-                    HasSubstr("Assertion `binding == 1 || binding == 0 || binding == 2' failed."));
+        expectAssertion("binding == 1 || binding == 0 || binding == 2", add);
     }
 }
 
@@ -264,9 +259,7 @@ TEST_F(ElfSymbolTableTest, FieldsOfASymbolOutOfRangeAreAnAssertion) {
         [&] { m_table.symbolSectionIndex(1); },
     };
     for (const auto& ask : questions) {
-        const ChildResult result = runInChild(ask);
-        EXPECT_EQ(result.signal, SIGABRT);
-        EXPECT_THAT(result.error, HasSubstr("Assertion `symbolNum < m_symbols.size()' failed."));
+        expectAssertion("symbolNum < m_symbols.size()", ask);
     }
 }
 
@@ -326,18 +319,15 @@ TEST_F(ReferencedSymbolsTest, ASectionThatIsNotThereHasNone) {
 }
 
 TEST_F(ReferencedSymbolsTest, BothSymbolsMustBeThere) {
-    const ChildResult result =
-        runInChild([&] { m_elf.getReferencedSymbols(m_symbols, m_table.getSymbol(1), nullptr); });
-    EXPECT_EQ(result.signal, SIGABRT);
-    EXPECT_THAT(result.error, HasSubstr("Assertion `topSym && botSym' failed."));
+    expectAssertion("topSym && botSym",
+                    [&] { m_elf.getReferencedSymbols(m_symbols, m_table.getSymbol(1), nullptr); });
 }
 
 TEST_F(ReferencedSymbolsTest, BothSymbolsMustLieInOneSection) {
     m_table.getSymbol(2)->st_shndx = 1;
-    const ChildResult result = runInChild(
-        [&] { m_elf.getReferencedSymbols(m_symbols, m_table.getSymbol(1), m_table.getSymbol(2)); });
-    EXPECT_EQ(result.signal, SIGABRT);
-    EXPECT_THAT(result.error, HasSubstr("Assertion `topSym->st_shndx == botSym->st_shndx' failed."));
+    expectAssertion("topSym->st_shndx == botSym->st_shndx", [&] {
+        m_elf.getReferencedSymbols(m_symbols, m_table.getSymbol(1), m_table.getSymbol(2));
+    });
 }
 
 // ---- Display ----
