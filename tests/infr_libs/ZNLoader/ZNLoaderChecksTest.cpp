@@ -282,6 +282,22 @@ TEST_F(ZNLoaderChecking, DelaysOfAnEndGoAheadOfThoseOfItsLink) {
     EXPECT_EQ(second.m_end1->m_intraTokenDelay, 1);
 }
 
+TEST_F(ZNLoaderChecking, ADelayThatItsCorrectionMakesNegativeIsOutOfRange) {
+    // On both architectures: one clock less two.
+    for (const char* type : {"G4", "L1"}) {
+        ZNLoader network;
+        std::istringstream stream(NetworkBuilder()
+                                      .processor("a", type)
+                                      .processor("b", type)
+                                      .link("a", "0", "b", "0", "Delays='1clk'")
+                                      .text());
+        EXPECT_TRUE(thrownBy([&] {
+                        network.open("zn", &stream);
+                    }).ends_with("Error: ZN11172 Inter-token delay is out of range.\n"))
+            << type;
+    }
+}
+
 TEST_F(ZNLoaderChecking, AnEndOnAZsscNodeHasItsOwnCorrectionOfDelays) {
     open("<Network><Declarations><Declaration>core x</Declaration></Declarations><Nodes>"
          "<Node Id='a' Type='L1'><Core Reference='x'/></Node><Node Id='z' Type='periph:ZS1-SU'/></Nodes>"
