@@ -10,7 +10,7 @@
 #include <unistd.h>
 
 OutputFile::OutputFile(std::string_view path, bool force)
-    : m_path(path), m_force(force), m_buffer(std::make_unique<char[]>(s_bufferSize)) {
+    : m_path(path), m_force(force), m_buffer(std::make_unique_for_overwrite<char[]>(s_bufferSize)) {
     if (m_path == "-") {
         m_descriptor = STDOUT_FILENO;
         return;

@@ -52,7 +52,7 @@ StandardBody::StandardBody(const VcdHeader& header, const VcdSource& source, con
       m_progress(source.input().size()),
       m_isOfPlugin(header.isOfPlugin()),
       m_numbers(m_isOfPlugin),
-      m_buffer(std::make_unique<char[]>(s_firstCapacity)),
+      m_buffer(std::make_unique_for_overwrite<char[]>(s_firstCapacity)),
       m_capacity(s_firstCapacity),
       m_stepLine(header.lastLine) {}
 
@@ -284,7 +284,7 @@ void StandardBody::makeRoom(std::size_t size) {
     if (m_capacity - m_used >= size && m_used < m_capacity / 2)
         return;
     const std::size_t capacity = std::max(2 * m_capacity, m_used + size);
-    auto larger = std::make_unique<char[]>(capacity);
+    auto larger = std::make_unique_for_overwrite<char[]>(capacity);
     std::memcpy(larger.get(), m_buffer.get(), m_used);
     m_buffer = std::move(larger);
     m_capacity = capacity;

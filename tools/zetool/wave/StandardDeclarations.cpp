@@ -18,10 +18,9 @@ std::string oneOf(const std::array<std::string_view, size>& known, const std::st
     return std::ranges::find(known, type) == known.end() ? otherwise : type;
 }
 
-// Free text of the source in a comment of ours: no word of it can end the comment.
+// Free text of the source in a declaration of ours: no word of it can end the declaration.
 std::string harmless(std::string text) {
-    for (auto at = text.find("$end"); at != std::string::npos; at = text.find("$end", at))
-        text.erase(at, 1);
+    std::erase(text, '$');
     return text;
 }
 
@@ -70,24 +69,44 @@ private:
             const WaveSignal& signal = m_signals.all()[index];
             if (!m_chosen.isKept()[index])
                 continue;
-            moveTo(signal.core, signal.category, signal.group);
+            moveTo(placeOf(index));
             indent();
             add("<Signal name=\"", m_names.path(index), "\"");
             add(" radix=\"", signal.radix.empty() ? "HEX" : signal.radix, "\"/>\n");
         }
-        moveTo("", "", "");
+        moveTo(Place());
         m_text += "    </Hierarchy>\n";
     }
 
-    void moveTo(const std::string& core, const std::string& category, const std::string& group) {
-        const bool sameCore = core == m_core;
-        const bool sameCategory = sameCore && category == m_category;
-        close(m_group, sameCategory && group == m_group, "</Group>\n");
+    struct Place {
+        std::string core;
+        std::string category;
+        std::string group;
+    };
+
+    // The signal's place by the names of its scopes; where the source has scopes of its own, those names
+    // stand in its document already.
+    Place placeOf(std::size_t index) const {
+        const WaveSignal& signal = m_signals.all()[index];
+        Place place = {signal.core, signal.category, signal.group};
+        const std::vector<std::string> scopes = m_names.scopesOf(index);
+        std::size_t next = 0;
+        for (std::string* name : {&place.core, &place.category, &place.group})
+            if (!name->empty())
+                *name = signal.variable->scope == 0 && next < scopes.size() ? scopes[next++]
+                                                                            : standardName(*name);
+        return place;
+    }
+
+    void moveTo(const Place& place) {
+        const bool sameCore = place.core == m_core;
+        const bool sameCategory = sameCore && place.category == m_category;
+        close(m_group, sameCategory && place.group == m_group, "</Group>\n");
         close(m_category, sameCategory, "</Category>\n");
         close(m_core, sameCore, "</Core>\n");
-        open(m_core, core, "<Core name=\"", m_names.coreName(core));
-        open(m_category, category, "<Category name=\"", standardName(category));
-        open(m_group, group, "<Group name=\"", standardName(group));
+        open(m_core, place.core, "<Core name=\"");
+        open(m_category, place.category, "<Category name=\"");
+        open(m_group, place.group, "<Group name=\"");
     }
 
     void close(std::string& element, bool stays, std::string_view end) {
@@ -98,12 +117,11 @@ private:
         m_text += end;
     }
 
-    void open(std::string& element, const std::string& wanted, std::string_view start,
-              const std::string& name) {
+    void open(std::string& element, const std::string& wanted, std::string_view start) {
         if (wanted.empty() || element == wanted)
             return;
         indent();
-        add(start, name, "\">\n");
+        add(start, wanted, "\">\n");
         element = wanted;
     }
 
@@ -143,7 +161,9 @@ private:
     void addDocs() {
         m_text += "    <SignalDocs>\n";
         for (const StructureDoc& doc : m_header.structure.docs) {
-            add("        <SignalDoc name=\"", adaptedPattern(doc.pattern), "\"");
+            // The patterns of a document that was carried along once are adapted already.
+            const bool isAdapted = m_header.scopes.size() > 1;
+            add("        <SignalDoc name=\"", isAdapted ? doc.pattern : adaptedPattern(doc.pattern), "\"");
             add(" description=\"", doc.description, "\">\n");
             m_text += "            <ValueDocs>\n";
             for (const auto& [value, text] : doc.values) {
@@ -160,7 +180,7 @@ private:
     const StandardSignals& m_chosen;
     const StandardNames& m_names;
     std::string m_text;
-    std::string m_core; // the open elements, by the source's names
+    std::string m_core; // the open elements
     std::string m_category;
     std::string m_group;
 };

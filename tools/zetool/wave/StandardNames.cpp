@@ -23,16 +23,27 @@ std::string standardName(std::string_view text) {
 
 StandardNames::StandardNames(const VcdHeader& header, const WaveSignals& signals,
                              const std::vector<bool>& isKept, Leaf leaf)
-    : m_scopes(1), m_names(signals.all().size()), m_paths(signals.all().size()) {
+    : m_scopes(1),
+      m_names(signals.all().size()),
+      m_paths(signals.all().size()),
+      m_scopeOf(signals.all().size()) {
     for (std::size_t index = 0; index < signals.all().size(); ++index) {
         if (!isKept[index])
             continue;
         const WaveSignal& signal = signals.all()[index];
-        StandardScope& scope = m_scopes[scopeOf(header, signal)];
+        m_scopeOf[index] = scopeOf(header, signal);
+        StandardScope& scope = m_scopes[m_scopeOf[index]];
         scope.signals.push_back(index);
         m_names[index] = unique(scope, leaf == Leaf::Whole ? signal.variable->name : signal.nameInCore());
         m_paths[index] = scope.path + (scope.path.empty() ? "" : ".") + m_names[index];
     }
+}
+
+std::vector<std::string> StandardNames::scopesOf(std::size_t signal) const {
+    std::vector<std::string> names;
+    for (std::size_t scope = m_scopeOf[signal]; scope != 0; scope = m_scopes[scope].parent)
+        names.insert(names.begin(), m_scopes[scope].name);
+    return names;
 }
 
 std::string StandardNames::coreName(const std::string& core) const {
@@ -53,7 +64,7 @@ std::size_t StandardNames::scopeOf(const VcdHeader& header, const WaveSignal& si
     for (const std::string* name : {&signal.core, &signal.category, &signal.group})
         if (!name->empty())
             scope = child(scope, *name, "module");
-    return scope;
+    return scope == 0 ? child(0, "top", "module") : scope;
 }
 
 std::size_t StandardNames::child(std::size_t parent, const std::string& key, const std::string& type) {
@@ -63,6 +74,7 @@ std::size_t StandardNames::child(std::size_t parent, const std::string& key, con
     StandardScope scope;
     scope.type = type.empty() ? "module" : type;
     scope.name = unique(m_scopes[parent], key);
+    scope.parent = parent;
     scope.path = m_scopes[parent].path + (parent == 0 ? "" : ".") + scope.name;
     m_scopes[parent].scopes.push_back(m_scopes.size());
     m_scopes.push_back(std::move(scope));

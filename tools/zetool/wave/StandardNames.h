@@ -15,6 +15,7 @@ std::string standardName(std::string_view text);
 struct StandardScope {
     std::string type = "module";
     std::string name;
+    std::size_t parent = 0;
     std::string path;                // names of the scopes before it and its own, points between; top: empty
     std::vector<std::size_t> scopes; // indexes into all scopes
     std::vector<std::size_t> signals;
@@ -22,7 +23,8 @@ struct StandardScope {
 };
 
 // The names and scopes that signals get in a standard file: core, category and group become scopes, names
-// become identifiers, unique in their scope. Other tools' scopes stay, their names made legal.
+// become identifiers, unique in their scope. Other tools' scopes stay, their names made legal. What stands in
+// none gets the scope "top".
 class StandardNames {
 public:
     // `Leaf::Whole` keeps the core in each name, for readers that show no scopes.
@@ -38,6 +40,9 @@ public:
     const std::string& name(std::size_t signal) const { return m_names[signal]; }
     const std::string& path(std::size_t signal) const { return m_paths[signal]; }
 
+    // Names of the scopes that a signal stands in, from the top.
+    std::vector<std::string> scopesOf(std::size_t signal) const;
+
     // The scope's name that a core of the source got.
     std::string coreName(const std::string& core) const;
 
@@ -50,4 +55,5 @@ private:
     std::map<std::pair<std::size_t, std::string>, std::size_t> m_children; // by the source's names
     std::vector<std::string> m_names;
     std::vector<std::string> m_paths;
+    std::vector<std::size_t> m_scopeOf; // by signal
 };

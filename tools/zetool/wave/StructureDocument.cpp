@@ -92,8 +92,8 @@ std::string escapedStructureText(std::string_view text) {
         const auto row = std::ranges::find(s_entities, c, &EntityRow::character);
         if (row != std::end(s_entities))
             result += row->entity;
-        else
-            result += c;
+        else // XML has no place for control characters, escaped or not
+            result += static_cast<unsigned char>(c) < ' ' ? '_' : c;
     }
     return result;
 }

@@ -15,7 +15,7 @@ constexpr std::size_t s_windowSize = 1 << 18;
 VcdSource::VcdSource(InputFile& input)
     : m_input(input),
       m_capacity(s_windowSize),
-      m_buffer(std::make_unique<char[]>(m_capacity + s_padding)),
+      m_buffer(std::make_unique_for_overwrite<char[]>(m_capacity + s_padding)),
       m_begin(m_buffer.get()),
       m_end(m_begin) {
     std::memset(m_end, ' ', s_padding);
@@ -69,7 +69,7 @@ void VcdSource::grow() {
     if (m_capacity >= s_longestWord)
         throw ToolFailure(m_input.path(),
                           "line " + std::to_string(m_line) + " holds a word too long to be read");
-    auto larger = std::make_unique<char[]>(2 * m_capacity + s_padding);
+    auto larger = std::make_unique_for_overwrite<char[]>(2 * m_capacity + s_padding);
     std::memcpy(larger.get(), m_buffer.get(), m_capacity);
     m_buffer = std::move(larger);
     m_capacity *= 2;

@@ -202,11 +202,10 @@ TEST(WaveStandard, SurvivesACutAtEveryByte) {
     const TemporaryFolder folder;
     const std::string whole = timerSample().start() + "#1\n1ti00b0\n\n#2\n";
     const ChildResult result = runInChild([&] {
-        const std::string output = folder.file("out");
         for (std::size_t length = 0; length < whole.size(); ++length) {
             const std::string path = folder.write("a.vcd", std::string_view(whole).substr(0, length));
             for (const char* verb : {"standard", "check", "list"}) {
-                const char* words[] = {"wave", verb, path.c_str(), "--force", "-o", output.c_str()};
+                const char* words[] = {"wave", verb, path.c_str(), "--force", "-o", "/dev/null"};
                 if (runZetool(allNouns(), words) > s_foundWrong)
                     std::exit(9);
             }
@@ -253,6 +252,14 @@ TEST(WaveStandard, TakesFilesOfOtherTools) {
                              "$enddefinitions $end\n"
                              "\n"
                              "#0\n$dumpvars\n0!\nb1 #\nbzx01 %\nr1.5 &\n$end\n#5\n1!\nbxx10 %\n1'\n#7\nx!\n");
+}
+
+TEST(WaveStandard, GivesSignalsOutsideAllScopesOne) {
+    const ChildResult result =
+        standard("$version a $$end b $end\n$timescale 1 ns $end\n$var wire 1 ! a $end\n"
+                 "$enddefinitions $end\n#0\n0!\n");
+    EXPECT_EQ(result.output, "$version\n  a end b\n$end\n\n$timescale 1 ns $end\n\n$scope module top $end\n"
+                             "$var wire 1 ! a $end\n$upscope $end\n\n$enddefinitions $end\n\n#0\n0!\n");
 }
 
 TEST(WaveStandard, SaysWhatAStandardFileCannotHold) {
