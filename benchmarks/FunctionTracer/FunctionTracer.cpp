@@ -3,7 +3,7 @@
 
 #include "Plugins/WavePlugin/FunctionTracer.h"
 
-#include "benchmarks/ProcessorTime.h"
+#include "benchmarks/support/ProcessorTime.h"
 #include "infr_libs/ElfHandler/ElfHandler.h"
 #include "infr_libs/ErrorHandler/ErrorHandler.h"
 #include "Plugins/WavePlugin/StructureFileWriter.h"

@@ -5,7 +5,7 @@
 // usage: ZBHandlerBenchmark [MEGABYTES]    (of the container that is loaded; 256)
 
 #include "infr_libs/ZelmBinaryHandler/ZBHandler.h"
-#include "benchmarks/ProcessorTime.h"
+#include "benchmarks/support/ProcessorTime.h"
 #include "infr_libs/ZelmBinaryHandler/ZBCrc.h"
 #include "tests/support/BitSerialCrc.h"
 #include "tests/support/TemporaryFolder.h"

@@ -3,44 +3,21 @@
 #include "infr_libs/ElfHandler/ElfHandler.h"
 #include "infr_libs/ErrorHandler/ErrorHandler.h"
 #include "Plugins/WavePlugin/StructureFileWriter.h"
+#include "Plugins/WavePlugin/WavePlugin.h"
 #include "tests/support/ElfBuilder.h"
+#include "tests/support/MemoryStream.h"
+#include "tests/support/NetworkBuilder.h"
+#include "tests/support/PluginRun.h"
+#include "tests/support/SampleImage.h"
 #include "tests/support/StubSimulator.h"
+#include "tests/support/TemporaryFolder.h"
 
-#include <cstdlib>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
 #include <sstream>
 
 namespace {
-
-// A stream into a text.
-class TextStream {
-public:
-    TextStream() : m_stream(open_memstream(&m_text, &m_size)) {}
-    ~TextStream() {
-        std::fclose(m_stream);
-        std::free(m_text);
-    }
-
-    TextStream(const TextStream&) = delete;
-    TextStream& operator=(const TextStream&) = delete;
-
-    FILE* stream() { return m_stream; }
-
-    // What was written since the last call.
-    std::string take() {
-        std::fflush(m_stream);
-        std::string text(m_text + m_taken, m_size - m_taken);
-        m_taken = m_size;
-        return text;
-    }
-
-private:
-    char* m_text = nullptr;
-    std::size_t m_size = 0;
-    std::size_t m_taken = 0;
-    FILE* m_stream;
-};
 
 // The 64 digits of a short name, zeros behind its end.
 std::string digits(std::string_view text) {
@@ -71,8 +48,8 @@ public:
     // What one clock writes.
     std::string clock() {
         bool firstChange = true;
-        m_tracer->traceVariables(m_output.stream(), &firstChange);
-        const std::string text = m_output.take();
+        m_tracer->traceVariables(m_output, &firstChange);
+        const std::string text = take();
         EXPECT_EQ(firstChange, text.empty());
         return text;
     }
@@ -92,38 +69,46 @@ public:
         ErrorHandler errorHandler;
         std::istringstream file(symbols.build().bytes);
         ElfHandler elf(&errorHandler, file);
-        StructureFileWriter writer(m_output.stream(), m_simulator.callbacks(), nullptr);
+        StructureFileWriter writer(m_output, m_simulator.callbacks(), nullptr);
         m_tracer->dumpSignalValueAliases(&writer, &elf, coreName);
-        return m_output.take();
+        return take();
     }
 
     std::string hierarchy() {
-        StructureFileWriter writer(m_output.stream(), m_simulator.callbacks(), nullptr);
+        StructureFileWriter writer(m_output, m_simulator.callbacks(), nullptr);
         m_tracer->dumpSignalHierarchy(&writer);
-        return m_output.take();
+        return take();
     }
 
     std::string docs() {
-        StructureFileWriter writer(m_output.stream(), m_simulator.callbacks(), nullptr);
+        StructureFileWriter writer(m_output, m_simulator.callbacks(), nullptr);
         m_tracer->dumpSignalDocs(&writer);
-        return m_output.take();
+        return take();
     }
 
     std::string declarations() {
-        m_tracer->declareVariables(m_output.stream());
-        return m_output.take();
+        m_tracer->declareVariables(m_output);
+        return take();
     }
 
     std::string firstValues() {
-        m_tracer->initialiseVariables(m_output.stream());
-        return m_output.take();
+        m_tracer->initialiseVariables(m_output);
+        return take();
     }
 
 private:
+    // What was written since the last call.
+    std::string take() {
+        std::string text = m_output.text().substr(m_taken);
+        m_taken += text.size();
+        return text;
+    }
+
     StubSimulator m_simulator;
     unsigned int m_pid;
     std::unique_ptr<FunctionTracer> m_tracer;
-    TextStream m_output;
+    MemoryStream m_output;
+    std::size_t m_taken = 0;
 };
 
 ElfBuilder imageWith(const std::vector<std::string>& functions) {
@@ -365,4 +350,57 @@ TEST(FunctionTracer, NamesThatExpireWithTheNextCallbackAreCopied) {
     EXPECT_EQ(core.execute(0, "main"), "#1\nb" + digits("main") + " fu00a0\n");
     EXPECT_EQ(core.execute(0, "main"), "");
     EXPECT_EQ(core.execute(0, "mail"), "#3\nb" + digits("mail") + " fu00a0\n");
+}
+
+// --- Whole runs ---
+
+TEST(FunctionTracer, TheDocumentPairsTheNamesOfEveryImageAndTheWaveformShowsTheShortOnes) {
+    StubSimulator simulator;
+    const DeviceFolder devices;
+    const TemporaryFolder folder;
+    const std::string image = folder.write(
+        "image.ze",
+        sampleImage({{.name = "stdcore[0]",
+                      .programs = {sampleProgram({"main", "mainloop"}), sampleProgram({"mainline", "main"})}},
+                     {.name = "stdcore[1]", .core = 1, .programs = {sampleProgram({"mainloop"})}}}));
+    const std::string waveform = folder.file("wave.vcd");
+    const ChildResult process = runInChild([&] {
+        for (const unsigned int pid : {0U, 1U}) {
+            simulator.core(pid).threads.resize(1);
+            simulator.core(pid).instruction.valid = 1;
+            simulator.core(pid).instruction.functionName = "mainloop";
+        }
+        const std::string options =
+            "-ze " + image + " -o " + waveform + " -core stdcore[0] -functions -core stdcore[1] -functions";
+        const unsigned int id = PluginInitialise(simulator.callbacks(), options.c_str());
+        PluginClock(id);
+        PluginTerminate(id);
+    });
+    ASSERT_EQ(process.exitStatus, 0) << process.error;
+    const std::string written = folder.read("wave.vcd");
+    EXPECT_NE(written.find("    <ValueAliases>\n"
+                           "        <ValueAliasMap coreName=\"stdcore[0]\" category=\"functions\">\n"
+                           "            <Entry name=\"main\" alias=\"main.0\"/>\n"
+                           "            <Entry name=\"mainloop\" alias=\"main.1\"/>\n"
+                           "        </ValueAliasMap>\n"
+                           "        <ValueAliasMap coreName=\"stdcore[0]\" category=\"functions\">\n"
+                           "            <Entry name=\"mainline\" alias=\"main.2\"/>\n"
+                           "            <Entry name=\"main\" alias=\"main.0\"/>\n"
+                           "        </ValueAliasMap>\n"
+                           "        <ValueAliasMap coreName=\"stdcore[1]\" category=\"functions\">\n"
+                           "            <Entry name=\"mainloop\" alias=\"main.0\"/>\n"
+                           "        </ValueAliasMap>\n"
+                           "    </ValueAliases>\n"),
+              std::string::npos)
+        << written;
+    EXPECT_THAT(written, testing::EndsWith("#0\nb" + digits("main.1") + " fu00a0\nb" + digits("main.0") +
+                                           " fu01a0\n\n#0\n"));
+}
+
+TEST(FunctionTracer, ComesLastWhateverTheOrderOfTheOptions) {
+    StubSimulator simulator;
+    simulator.core().threads.resize(1);
+    const PluginResult result = runPlugin(simulator, "-functions -threads -cycles");
+    EXPECT_THAT(result.declarations(),
+                testing::EndsWith("$var wire 64 fu00a0 stdcore[0]_Functions_Thread0 $end\n"));
 }

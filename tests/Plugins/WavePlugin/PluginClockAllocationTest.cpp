@@ -108,3 +108,34 @@ TEST(PluginClockAllocation, AClockAllocatesNothing) {
     PluginTerminate(id);
     EXPECT_NE(folder.read("wave.vcd").find("#99\n"), std::string::npos);
 }
+
+TEST(PluginClockAllocation, AClockInWhichEachThreadStaysInItsFunctionAllocatesNothing) {
+    StubSimulator simulator;
+    simulator.core().threads.resize(2);
+    TraceInstructionState& instruction = simulator.core().instruction;
+    instruction.valid = 1;
+    const DeviceFolder devices;
+    const TemporaryFolder folder;
+    const std::string image = folder.write(
+        "image.ze",
+        sampleImage({{.name = "c", .programs = {sampleProgram({"a_function_with_a_long_name"})}}}));
+    const unsigned int id = PluginInitialise(
+        simulator.callbacks(), ("-ze " + image + " -o " + folder.file("wave.vcd") + " -functions").c_str());
+    // One thread runs a function of the image, the other one that no symbol names.
+    const auto clock = [&](unsigned int thread) {
+        instruction.thread = thread;
+        instruction.functionName =
+            thread == 0 ? "a_function_with_a_long_name" : "another_function_with_a_long_name";
+        PluginClock(id);
+    };
+    clock(0);
+    clock(1);
+
+    s_allocations = 0;
+    s_counting = true;
+    for (unsigned int i = 0; i < 100; ++i)
+        clock(i % 2);
+    s_counting = false;
+    EXPECT_EQ(s_allocations, 0U);
+    PluginTerminate(id);
+}

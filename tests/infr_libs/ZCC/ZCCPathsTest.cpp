@@ -3,6 +3,7 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/ScopedVariable.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/ThrownBy.h"
 
 #include <csignal>
 #include <gmock/gmock.h>
@@ -16,17 +17,6 @@ using testing::UnorderedElementsAre;
 namespace {
 
 using Strings = std::vector<std::string>;
-
-// What the call throws; a text of its own where it throws nothing.
-template<typename Call>
-std::string thrownBy(const Call& call) {
-    try {
-        call();
-    } catch (const std::string& text) {
-        return text;
-    }
-    return "nothing thrown";
-}
 
 ZCCPaths pathsOfTargets(const std::string& value) {
     const ScopedVariable devices("ZCC_DEVICE_PATH");
