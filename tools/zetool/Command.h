@@ -57,6 +57,9 @@ inline constexpr OptionRow s_outputOption = {"output", 'o', "FILE", "write to FI
 inline constexpr OptionRow s_forceOption = {"force", 0, nullptr, "replace files that exist"};
 inline constexpr OptionRow s_jsonOption = {"json", 0, nullptr, "write one JSON object"};
 
+// The options of a command that shows something.
+inline constexpr OptionRow s_showOptions[] = {s_jsonOption, s_outputOption, s_forceOption};
+
 // Exit statuses. As with grep and diff, something found is no failure of the program.
 inline constexpr int s_fine = 0;
 inline constexpr int s_foundWrong = 1;

@@ -3,13 +3,13 @@
 #include "tools/zetool/Commands.h"
 #include "tools/zetool/Completions.h"
 #include "tools/zetool/ManPage.h"
-#include "tools/zetool/OutputFile.h"
+#include "tools/zetool/Result.h"
 
 namespace {
 
 template<std::string (*text)(std::span<const NounRow>)>
 int generate(const Invocation& invocation) {
-    OutputFile output(invocation.has("output") ? invocation.value("output") : "-", invocation.has("force"));
+    OutputFile output = resultFile(invocation);
     output.write(text(allNouns()));
     output.close();
     return s_fine;

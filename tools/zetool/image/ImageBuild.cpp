@@ -2,11 +2,9 @@
 
 #include "infr_libs/ElfHandler/ElfHandler.h"
 #include "infr_libs/ErrorHandler/CatchableErrorHandler.h"
-#include "infr_libs/StringLibrary/StringLibrary.h"
-#include "infr_libs/XmlParser/XmlParser.h"
 #include "infr_libs/ZelmBinaryHandler/ZBHandler.h"
-#include "infr_libs/ZNLoader/ZNLoader.h"
 #include "tools/zetool/Command.h"
+#include "tools/zetool/Documents.h"
 #include "tools/zetool/Messages.h"
 #include "tools/zetool/OutputFile.h"
 #include "tools/zetool/WholeFile.h"
@@ -44,47 +42,14 @@ Program programOf(const std::string& value) {
     return program;
 }
 
-// What a library throws or collects: one message a line.
-void printLines(const std::string& text) {
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);)
-        printMessage(line);
-}
-
-// Null, after the message, for a network that the plugin couldn't load either.
-std::unique_ptr<ZNLoader> loadNetwork(const std::string& file, const std::string& document) {
-    std::istringstream stream(document);
-    std::string warnings;
-    std::unique_ptr<ZNLoader> network;
-    try {
-        network = std::make_unique<ZNLoader>(file, &stream, &warnings);
-    } catch (const std::string& error) {
-        printLines(warnings + error);
-        return nullptr;
-    } catch (const std::exception&) {
-        printMessage(file, "the document ends inside a comment");
-        return nullptr;
-    }
-    printLines(warnings);
-    return network;
-}
-
-bool checkConfiguration(const std::string& file, const std::string& document) {
-    CatchableErrorHandler handler;
-    StringLibrary strings(&handler);
-    ZelmUtils utils{&handler, &strings, nullptr};
-    std::istringstream stream(document);
-    try {
-        const XmlParser parser(file.c_str(), &utils, &stream);
-        const std::string& root = *parser.getRoot()->getName();
-        if (root == "ZSystem")
-            return true;
-        printMessage(file, "the root must be 'ZSystem', not '" + root + "'");
-    } catch (const std::string& error) {
-        printLines(error);
-    } catch (const std::exception&) {
-        printMessage(file, "the document ends inside a comment");
-    }
+bool checkConfiguration(const std::string& file, const std::string& text) {
+    const std::unique_ptr<Document> document = loadDocument(file, text);
+    if (!document)
+        return false;
+    const std::string& root = *document->root()->getName();
+    if (root == "ZSystem")
+        return true;
+    printMessage(file, "the root must be 'ZSystem', not '" + root + "'");
     return false;
 }
 

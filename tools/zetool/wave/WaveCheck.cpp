@@ -3,7 +3,7 @@
 #include "tools/zetool/Command.h"
 #include "tools/zetool/Json.h"
 #include "tools/zetool/Messages.h"
-#include "tools/zetool/OutputFile.h"
+#include "tools/zetool/Result.h"
 #include "tools/zetool/wave/WaveChecker.h"
 
 namespace {
@@ -77,7 +77,7 @@ int waveCheck(const Invocation& invocation) {
         VcdBodyScanner(source, checker).scan();
     checker.finish();
 
-    OutputFile output(invocation.has("output") ? invocation.value("output") : "-", invocation.has("force"));
+    OutputFile output = resultFile(invocation);
     const bool any = invocation.has("json") ? writeObject(output, header, checker)
                                             : writeText(output, shownName(path), header, checker);
     output.close();

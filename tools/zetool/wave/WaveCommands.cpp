@@ -9,8 +9,6 @@ namespace {
 
 constexpr ArgumentRow s_file[] = {{"FILE", "a waveform (VCD), or - for standard input"}};
 
-constexpr OptionRow s_listOptions[] = {s_jsonOption, s_outputOption, s_forceOption};
-
 constexpr const char* s_readers[] = {"pulseview"};
 constexpr OptionRow s_standardOptions[] = {
     s_outputOption,
@@ -62,13 +60,13 @@ constexpr CommandRow s_commands[] = {
      "Names every trouble that the waveform has, with the line, the number of places and the readers that it "
      "hits, and says whether the last time step is whole. 'zetool wave standard' makes a waveform without "
      "them.",
-     s_file, s_listOptions, "the waveform has troubles", waveCheck, s_checkExamples},
+     s_file, s_showOptions, "the waveform has troubles", waveCheck, s_checkExamples},
     {"list", "the signals with width, group, user name and description",
      "Lists the signals of a waveform: width, name, group, the name that the user gave the port, and what "
      "the "
      "signal means. Names and groups come from the structure document in the waveform's comment, or from the "
      "signals' own names where the document doesn't list them. Files of other tools are listed by scopes.",
-     s_file, s_listOptions, "the declarations have a fault, or aren't whole", waveList, s_listExamples},
+     s_file, s_showOptions, "the declarations have a fault, or aren't whole", waveList, s_listExamples},
 };
 
 } // namespace

@@ -2,11 +2,10 @@
 
 #include "tools/zetool/Command.h"
 #include "tools/zetool/Json.h"
+#include "tools/zetool/Result.h"
+#include "tools/zetool/TextTable.h"
 #include "tools/zetool/wave/VcdSource.h"
 #include "tools/zetool/wave/WaveNotes.h"
-
-#include <algorithm>
-#include <array>
 
 namespace {
 
@@ -27,26 +26,11 @@ std::string fullName(const WaveSignal& signal) {
 }
 
 void writeTable(OutputFile& output, const VcdHeader& header, const WaveSignals& signals) {
-    using Row = std::array<std::string, 5>;
-    std::vector<Row> rows = {{"width", "name", "group", "user name", "description"}};
+    TextTable table({{"width"}, {"name"}, {"group"}, {"user name"}, {"description"}});
     for (const WaveSignal& signal : signals.all())
-        rows.push_back({std::to_string(signal.variable->width), fullName(signal), placeText(header, signal),
-                        signal.userName, signal.doc ? signal.doc->description : ""});
-    Row::size_type column = 0;
-    std::array<std::size_t, 5> widths = {};
-    for (const Row& row : rows)
-        for (column = 0; column < row.size(); ++column)
-            widths[column] = std::max(widths[column], row[column].size());
-    for (const Row& row : rows) {
-        std::string line;
-        for (column = 0; column < row.size(); ++column) {
-            line += row[column];
-            if (column + 1 < row.size())
-                line.append(widths[column] - row[column].size() + 2, ' ');
-        }
-        line.erase(line.find_last_not_of(' ') + 1);
-        output.write(line + "\n");
-    }
+        table.add({std::to_string(signal.variable->width), fullName(signal), placeText(header, signal),
+                   signal.userName, signal.doc ? signal.doc->description : ""});
+    table.write(output);
 }
 
 Json signalJson(const VcdHeader& header, const WaveSignal& signal) {
@@ -83,7 +67,7 @@ int waveList(const Invocation& invocation) {
     VcdSource source(input);
     const VcdHeader header = readVcdHeader(source);
     const WaveSignals signals(header);
-    OutputFile output(invocation.has("output") ? invocation.value("output") : "-", invocation.has("force"));
+    OutputFile output = resultFile(invocation);
     if (invocation.has("json")) {
         Json object = jsonObject("wave", 1);
         object["timescale"] = jsonText(header.timescale);

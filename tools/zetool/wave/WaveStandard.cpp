@@ -2,6 +2,7 @@
 
 #include "tools/zetool/Command.h"
 #include "tools/zetool/Messages.h"
+#include "tools/zetool/Result.h"
 #include "tools/zetool/wave/StandardBody.h"
 #include "tools/zetool/wave/StandardDeclarations.h"
 #include "tools/zetool/wave/WaveNotes.h"
@@ -20,7 +21,7 @@ int waveStandard(const Invocation& invocation) {
     if (isForSampling)
         scale = scale.coarse();
 
-    OutputFile output(invocation.has("output") ? invocation.value("output") : "-", invocation.has("force"));
+    OutputFile output = resultFile(invocation);
     // A viewer that samples reads no structure document.
     output.write(standardDeclarations(header, waveSignals, signals, names, scale, !isForSampling));
     StandardBody body(header, source, signals, scale, output);

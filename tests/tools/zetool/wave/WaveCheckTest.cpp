@@ -1,4 +1,5 @@
 #include "tests/support/TemporaryFolder.h"
+#include "tests/tools/zetool/CommandTable.h"
 #include "tests/tools/zetool/wave/WaveSamples.h"
 #include "tests/tools/zetool/ZetoolProgram.h"
 #include "tools/zetool/wave/WaveTroubles.h"
@@ -190,6 +191,13 @@ TEST(WaveCheck, WritesOneJsonObject) {
 TEST(WaveCheck, HasItsRowsInOrder) {
     for (std::size_t index = 0; index < s_troubleRows.size(); ++index)
         EXPECT_EQ(static_cast<std::size_t>(s_troubleRows[index].trouble), index);
+}
+
+TEST(WaveCheck, ItsJsonHoldsToItsSchema) {
+    EXPECT_EQ(schemaFaults("wave-check.schema.json",
+                           check(fullSample().start() + "#1\n1po00b0\n", "--json").output),
+              "");
+    EXPECT_THAT(schemaFaults("wave-check.schema.json", "{}"), testing::HasSubstr("required"));
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "tests/support/TemporaryFolder.h"
+#include "tests/tools/zetool/CommandTable.h"
 #include "tests/tools/zetool/wave/WaveSamples.h"
 #include "tests/tools/zetool/ZetoolProgram.h"
 
@@ -143,6 +144,13 @@ TEST(WaveList, TakesScopesOnlyAsDeepAsDesignsAre) {
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.error, "zetool: a.vcd:1002: scopes nest deeper than 1000; inner ones are left out\n");
     EXPECT_THAT(result.output, testing::HasSubstr("\"scopes\": [],\n"));
+}
+
+TEST(WaveList, ItsJsonHoldsToItsSchema) {
+    EXPECT_EQ(
+        schemaFaults("wave-list.schema.json", list(fullSample().start() + "#1\n1po00b0\n", "--json").output),
+        "");
+    EXPECT_THAT(schemaFaults("wave-list.schema.json", "{}"), testing::HasSubstr("required"));
 }
 
 } // namespace
