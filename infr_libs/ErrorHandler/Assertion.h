@@ -8,4 +8,15 @@
 #define ZELM_ASSERT(condition)                                                                               \
     (static_cast<bool>(condition)                                                                            \
          ? static_cast<void>(0)                                                                              \
-         : __assert_fail(#condition, __FILE__, __LINE__, static_cast<const char*>(__PRETTY_FUNCTION__)))
+         : endOnAssertion(#condition, __FILE__, __LINE__, static_cast<const char*>(__PRETTY_FUNCTION__)))
+
+// Null, or what is called ahead of that end, with the condition's text. It may throw instead of returning: a
+// program that reads files of any kind rather refuses one than ends by a signal. The plugin leaves it null.
+inline void (*g_assertionHook)(const char* condition) = nullptr;
+
+[[noreturn, gnu::cold, gnu::noinline]] inline void endOnAssertion(const char* condition, const char* file,
+                                                                  unsigned line, const char* function) {
+    if (g_assertionHook)
+        g_assertionHook(condition);
+    __assert_fail(condition, file, line, function);
+}

@@ -54,6 +54,13 @@ XmlParser::XmlParser(const char* fileName, ZelmUtils* utils, bool replaceEntitie
     parse();
 }
 
+XmlParser::XmlParser(const char* fileName, ZelmUtils* utils, std::istream* stream, bool replaceEntities)
+    : m_utils(utils), m_stream(stream), m_replaceEntities(replaceEntities) {
+    ZELM_ASSERT(fileName != __null);
+    m_fileName = std::make_shared<const std::string>(fileName);
+    parse();
+}
+
 XmlParser::XmlParser(const char* fileName, ZelmUtils* utils, std::istream* stream)
     : m_utils(utils), m_stream(stream), m_replaceEntities(true) {
     ZELM_ASSERT(fileName != __null);

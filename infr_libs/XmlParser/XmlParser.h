@@ -23,9 +23,10 @@ public:
     // Reads the named file. `replaceEntities` says whether &gt; &lt; &amp; are replaced.
     XmlParser(const char* fileName, ZelmUtils* utils, bool replaceEntities);
 
-    // Reads the stream, with entities replaced. The stream stays with the caller, and isn't used once the
-    // constructor has returned. `fileName` is the name for messages alone.
+    // Reads the stream, with entities replaced unless that is turned off. The stream stays with the caller,
+    // and isn't used once the constructor has returned. `fileName` is the name for messages alone.
     XmlParser(const char* fileName, ZelmUtils* utils, std::istream* stream);
+    XmlParser(const char* fileName, ZelmUtils* utils, std::istream* stream, bool replaceEntities);
 
     XmlParser(const XmlParser&) = delete;
     XmlParser& operator=(const XmlParser&) = delete;

@@ -5,25 +5,56 @@
 #include "infr_libs/XmlParser/XmlParser.h"
 #include "infr_libs/ZNLoader/ZNLoader.h"
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 
 // How commands load documents: through the project's own readers, with the readers' own messages on
-// standard error. `file` is the name that the messages tell.
+// standard error. `file` is the name that the messages tell. Limits of the readers that a document can breach
+// are failures of that document here (see `g_assertionHook`), never the end of the program.
 
 // Prints what a library throws or collects: one message a line.
 void printLines(const std::string& text);
 
+// How a reader failed.
+struct ReadFailure {
+    std::string error;   // what it threw, byte for byte, where it threw a text
+    std::string message; // lines for the user
+};
+
+// What a reader of the file throws; nothing where it reads to its end.
+std::optional<ReadFailure> failureOf(const std::string& file, const std::function<void()>& read);
+
+// A network as the loader leaves it: the model or the failure, and the warnings either way. Node types and
+// packages are looked up along ZCC_DEVICE_PATH.
+struct NetworkReading {
+    // Reads the file itself, with the loader's message for one that can't be opened; `-` is standard input.
+    explicit NetworkReading(const std::string& file);
+
+    NetworkReading(const std::string& file, const std::string& document);
+
+    NetworkReading(const NetworkReading&) = delete;
+    NetworkReading& operator=(const NetworkReading&) = delete;
+
+    std::string warnings;              // lines
+    std::unique_ptr<ZNLoader> network; // null after a failure
+    std::optional<ReadFailure> failure;
+
+private:
+    void readStream(const std::string& file, const std::string& document);
+};
+
 // The network, or null after the message for one that the plugin couldn't load either. Warnings are printed
-// too. Node types and packages are looked up along ZCC_DEVICE_PATH.
+// too.
 std::unique_ptr<ZNLoader> loadNetwork(const std::string& file, const std::string& document);
 
 // An XML document with all that its tree needs to live.
 class Document {
 public:
     // Throws the parser's own message as a std::string.
-    Document(const std::string& file, const std::string& text);
+    Document(const std::string& file, const std::string& text, bool replaceEntities = true);
 
     XmlNode* root() const { return m_parser.getRoot(); }
 
@@ -36,4 +67,5 @@ private:
 };
 
 // The document, or null after its message.
-std::unique_ptr<Document> loadDocument(const std::string& file, const std::string& text);
+std::unique_ptr<Document> loadDocument(const std::string& file, const std::string& text,
+                                       bool replaceEntities = true);

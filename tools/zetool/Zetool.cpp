@@ -1,5 +1,6 @@
 #include "tools/zetool/Zetool.h"
 
+#include "tools/zetool/BrokenLimit.h"
 #include "tools/zetool/CommandLine.h"
 #include "tools/zetool/HelpText.h"
 #include "tools/zetool/Messages.h"
@@ -24,6 +25,7 @@ int wrongUsage(const CommandLine& line) {
 }
 
 int run(const CommandLine& line) {
+    refuseBrokenLimits();
     try {
         return line.command->operation(line.invocation);
     } catch (const std::bad_alloc&) {

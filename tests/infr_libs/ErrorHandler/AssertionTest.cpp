@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <gtest/gtest.h>
+#include <string>
 
 TEST(Assertion, EndsTheProcessWithTheConditionAsItIsWritten) {
     const ChildResult result = runInChild([] {
@@ -24,4 +25,24 @@ TEST(Assertion, NamesTheFileFromTheRootOfTheTree) {
 TEST(Assertion, LetsATrueConditionPass) {
     ZELM_ASSERT(1 + 1 == 2);
     SUCCEED();
+}
+
+TEST(Assertion, CallsTheHookAheadOfTheEnd) {
+    g_assertionHook = [](const char* condition) { throw std::string(condition); };
+    const int number = 1;
+    try {
+        ZELM_ASSERT(number == 2);
+        FAIL();
+    } catch (const std::string& condition) {
+        EXPECT_EQ(condition, "number == 2");
+    }
+    g_assertionHook = nullptr;
+}
+
+TEST(Assertion, EndsTheProcessWhereTheHookReturns) {
+    const ChildResult result = runInChild([] {
+        g_assertionHook = [](const char*) {};
+        ZELM_ASSERT(0);
+    });
+    EXPECT_EQ(result.signal, SIGABRT);
 }

@@ -223,6 +223,9 @@ TEST(XmlParser, LeavesEntitiesAloneWhereItIsAskedTo) {
     OwnedUtils<> utils;
     EXPECT_EQ(printed(*XmlParser(file.c_str(), utils.get(), false).getRoot()), "<a b=\"&lt;\">&amp;</a>\n");
     EXPECT_EQ(printed(*XmlParser(file.c_str(), utils.get(), true).getRoot()), "<a b=\"<\">&</a>\n");
+    std::istringstream stream("<a b='&lt;'>&amp;</a>");
+    EXPECT_EQ(printed(*XmlParser("doc.xml", utils.get(), &stream, false).getRoot()),
+              "<a b=\"&lt;\">&amp;</a>\n");
 }
 
 // Bytes.

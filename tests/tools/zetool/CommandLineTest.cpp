@@ -1,4 +1,5 @@
 #include "tools/zetool/CommandLine.h"
+#include "infr_libs/ErrorHandler/Assertion.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/tools/zetool/ZetoolProgram.h"
 #include "tools/zetool/Zetool.h"
@@ -7,6 +8,11 @@ namespace {
 
 int failsWithText(const Invocation&) {
     throw std::string("zn:12 Error: ZN11001 Root\n");
+}
+
+int breaksALimit(const Invocation& invocation) {
+    ZELM_ASSERT(invocation.has("FILE"));
+    return s_fine;
 }
 
 int succeeds(const Invocation&) {
@@ -27,6 +33,7 @@ constexpr CommandRow s_imageCommands[] = {
     {"list", "lists", "Lists.", s_one, s_options, nullptr, succeeds},
     {"build", "builds", "Builds.", s_many, s_options, nullptr, succeeds},
     {"throw", "throws", "Throws.", s_optional, {}, nullptr, failsWithText},
+    {"limit", "breaks", "Breaks.", s_optional, {}, nullptr, breaksALimit},
 };
 constexpr CommandRow s_planCommands[] = {{"", "plans", "Plans.", s_one, s_options, nullptr, succeeds}};
 const NounRow s_nouns[] = {{"image", "Images.", s_imageCommands}, {"plan", "Plans.", s_planCommands}};
@@ -118,6 +125,16 @@ TEST(Zetool, TurnsWhatALibraryThrowsIntoAMessageAndStatus2) {
     });
     EXPECT_EQ(result.exitStatus, 2);
     EXPECT_EQ(result.error, "zetool: zn:12 Error: ZN11001 Root\n");
+    EXPECT_EQ(result.output, "");
+}
+
+TEST(Zetool, TurnsAFailedAssertionOfALibraryIntoAMessageAndStatus2) {
+    const ChildResult result = runInChild([] {
+        const char* words[] = {"image", "limit"};
+        std::exit(runZetool(s_nouns, words));
+    });
+    EXPECT_EQ(result.exitStatus, 2);
+    EXPECT_EQ(result.error, "zetool: the input breaks a limit of the reader: invocation.has(\"FILE\")\n");
     EXPECT_EQ(result.output, "");
 }
 
