@@ -1,13 +1,17 @@
 #include "tools/zetool/Commands.h"
 
+#include "tools/zetool/config/ConfigCommands.h"
 #include "tools/zetool/generate/GenerateCommands.h"
 #include "tools/zetool/image/ImageCommands.h"
+#include "tools/zetool/pll/PllCommands.h"
 #include "tools/zetool/wave/WaveCommands.h"
 
 std::span<const NounRow> allNouns() {
     // Order is the order of help and man page.
     static const NounRow s_nouns[] = {
         {"image", "Image files: programs, network and configuration in one.", imageCommands()},
+        {"config", "System configurations, the ZSystem documents.", configCommands()},
+        {"pll", "Clocks: the dividers and registers of a device's PLL.", pllCommands()},
         {"wave", "Waveforms: the viewers that people have, and their troubles.", waveCommands()},
         {"generate", "What packages ship beside the program.", generateCommands(), true},
     };

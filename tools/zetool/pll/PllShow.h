@@ -1,0 +1,6 @@
+#pragma once
+
+#include "tools/zetool/Invocation.h"
+
+// zetool pll: dividers, frequencies and registers.
+int pllShow(const Invocation& invocation);
