@@ -27,7 +27,7 @@ public:
     // stream holds, and get zeros for it, but not memory for whatever number they name.
     bool mayClaim(std::uint64_t numBytes) const { return numBytes <= m_length + s_slack; }
 
-    static constexpr std::uint64_t s_slack = 0x4000000;
+    static constexpr std::uint64_t s_slack = 0x100000;
 
     // Counted from the stream's beginning; a place past the end means the end.
     void seek(std::uint64_t offset);

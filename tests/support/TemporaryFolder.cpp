@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 TemporaryFolder::TemporaryFolder() {
@@ -34,5 +34,7 @@ std::string TemporaryFolder::read(std::string_view name) const {
 
 std::string readFile(const std::filesystem::path& path) {
     std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    return std::move(bytes).str();
 }

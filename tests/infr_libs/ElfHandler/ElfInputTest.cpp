@@ -61,7 +61,7 @@ TEST(ElfInput, AStreamThatHasFailedCountsAsEmpty) {
 TEST(ElfInput, BelievesClaimsUpToALittleMoreThanTheStreamHolds) {
     std::istringstream stream("0123456789");
     const ElfInput input(stream);
-    EXPECT_TRUE(input.mayClaim(10 + 0x4000000));
-    EXPECT_FALSE(input.mayClaim(11 + 0x4000000));
+    EXPECT_TRUE(input.mayClaim(10 + 0x100000));
+    EXPECT_FALSE(input.mayClaim(11 + 0x100000));
     EXPECT_FALSE(input.mayClaim(0xFFFFFFFF));
 }
