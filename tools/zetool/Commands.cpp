@@ -3,6 +3,7 @@
 #include "tools/zetool/config/ConfigCommands.h"
 #include "tools/zetool/generate/GenerateCommands.h"
 #include "tools/zetool/image/ImageCommands.h"
+#include "tools/zetool/plan/PlanCommands.h"
 #include "tools/zetool/pll/PllCommands.h"
 #include "tools/zetool/wave/WaveCommands.h"
 
@@ -12,6 +13,7 @@ std::span<const NounRow> allNouns() {
         {"image", "Image files: programs, network and configuration in one.", imageCommands()},
         {"config", "System configurations, the ZSystem documents.", configCommands()},
         {"pll", "Clocks: the dividers and registers of a device's PLL.", pllCommands()},
+        {"plan", "What a run of the wave plugin would show, before the run.", planCommands()},
         {"wave", "Waveforms: the viewers that people have, and their troubles.", waveCommands()},
         {"generate", "What packages ship beside the program.", generateCommands(), true},
     };

@@ -20,6 +20,8 @@ InputFile::InputFile(std::string_view path) : m_path(path) {
         m_size = static_cast<std::uint64_t>(status.st_size);
 }
 
+InputFile::InputFile(int descriptor, std::string_view name) : m_path(name), m_descriptor(descriptor) {}
+
 InputFile::~InputFile() {
     if (m_descriptor > STDERR_FILENO)
         ::close(m_descriptor);

@@ -10,6 +10,10 @@
 class InputFile {
 public:
     explicit InputFile(std::string_view path);
+
+    // A file that is open already, from where it stands on; closed with the object. Messages tell the name.
+    InputFile(int descriptor, std::string_view name);
+
     ~InputFile();
 
     InputFile(const InputFile&) = delete;

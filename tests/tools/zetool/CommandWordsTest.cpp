@@ -157,6 +157,8 @@ TEST(CommandWords, EveryExampleOfTheManPageRuns) {
             const TemporaryFolder folder;
             folder.write("device.zn", sampleNetwork({{"stdcore[0]"}}));
             folder.write("system.xml", sampleConfiguration());
+            if (std::string(example.line).find("-o app.ze") == std::string::npos)
+                folder.write("app.ze", sampleImage({{"stdcore[0]"}}));
             folder.write("main.o", sampleProgram({"main"}));
             folder.write("a.vcd", fullSample().start() + "#1\n1po00b0\n\n#2\n");
             const ChildResult result = zetoolShell(folder.path(), example.line);

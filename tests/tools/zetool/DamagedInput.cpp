@@ -1,6 +1,7 @@
 #include "tests/tools/zetool/DamagedInput.h"
 
 #include "tests/support/ChildProcess.h"
+#include "tools/zetool/BrokenLimit.h"
 #include "tools/zetool/Command.h"
 #include "tools/zetool/CommandLine.h"
 #include "tools/zetool/Commands.h"
@@ -75,6 +76,7 @@ std::string damageFailures(const TemporaryFolder& folder, const std::string& nam
             std::exit(3);
         dup2(nowhere, STDOUT_FILENO);
         dup2(messages, STDERR_FILENO);
+        refuseBrokenLimits();
         const Rewritten input(file);
         const Rewritten place(placeFile);
         const auto tryAll = [&](const std::string& damage, const std::string& damaged) {

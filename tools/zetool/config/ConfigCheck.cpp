@@ -9,27 +9,15 @@
 #include "tools/zetool/Result.h"
 #include "tools/zetool/WholeFile.h"
 
-#include <stdexcept>
+#include <functional>
+#include <optional>
 
 namespace {
 
-constexpr const char* s_openComment = "the document ends inside a comment";
-
-std::string withoutLineEnd(const std::string& text) {
-    return text.substr(0, text.find_last_not_of('\n') + 1);
-}
-
-// What a body throws as a fault without a line: the libraries' messages name their place themselves.
-template<typename Body>
-void collect(const std::string& file, std::vector<SchemaFault>& faults, const Body& body) {
-    try {
-        body();
-    } catch (const std::string& error) {
-        const std::string text = withoutLineEnd(error);
-        faults.push_back({0, text, text});
-    } catch (const std::out_of_range&) {
-        faults.push_back({0, file + ": " + s_openComment, s_openComment});
-    }
+// What a reader stops at.
+void collect(const std::string& file, std::vector<SchemaFault>& faults, const std::function<void()>& read) {
+    if (const std::optional<ReadFailure> failure = failureOf(file, read))
+        faults.push_back(faultOf(file, failure->message));
 }
 
 std::vector<SchemaFault> faultsOf(const Invocation& invocation) {

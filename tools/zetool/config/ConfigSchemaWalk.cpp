@@ -31,22 +31,6 @@ private:
     std::vector<std::string> m_messages;
 };
 
-// A message of a node has the form "file:line: error: text" and a line end.
-SchemaFault faultOf(const std::string& file, const std::string& message) {
-    static constexpr std::string_view s_mark = ": error: ";
-    SchemaFault fault;
-    fault.message = message.substr(0, message.find_last_not_of('\n') + 1);
-    fault.text = fault.message;
-    if (!fault.message.starts_with(file + ":"))
-        return fault;
-    const std::size_t mark = fault.message.find(s_mark, file.size());
-    if (mark == std::string::npos)
-        return fault;
-    fault.text = fault.message.substr(mark + s_mark.size());
-    fault.line = static_cast<unsigned>(std::strtoul(fault.message.c_str() + file.size() + 1, nullptr, 10));
-    return fault;
-}
-
 std::vector<const char*> attributeNames(const XmlNode* node) {
     std::vector<const char*> names;
     for (unsigned i = 0; i < node->numAttributes(); ++i)
@@ -103,6 +87,21 @@ void escape(XmlNode& root) {
 }
 
 } // namespace
+
+SchemaFault faultOf(const std::string& file, const std::string& message) {
+    static constexpr std::string_view s_mark = ": error: ";
+    SchemaFault fault;
+    fault.message = message.substr(0, message.find_last_not_of('\n') + 1);
+    fault.text = fault.message;
+    if (!fault.message.starts_with(file + ":"))
+        return fault;
+    const std::size_t mark = fault.message.find(s_mark, file.size());
+    if (mark == std::string::npos)
+        return fault;
+    fault.text = fault.message.substr(mark + s_mark.size());
+    fault.line = static_cast<unsigned>(std::strtoul(fault.message.c_str() + file.size() + 1, nullptr, 10));
+    return fault;
+}
 
 XmlNode* SchemaDocument::buildDefault() {
     m_root.reset(m_configuration.buildDefaultConfig());

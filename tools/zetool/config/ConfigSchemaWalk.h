@@ -36,6 +36,9 @@ struct SchemaFault {
     std::string text;    // the message without its place
 };
 
+// Of a message of the libraries, which has the form "file:line: error: text" where it knows the line.
+SchemaFault faultOf(const std::string& file, const std::string& message);
+
 // Goes through a configuration beside the complete document, in which every element has the attributes and
 // sub-elements that it can have. Where the schema has an element several times, the first one counts, as it
 // does for `Configuration::checkConfig`.

@@ -24,6 +24,19 @@ bool endsInBitNumber(std::string_view name) {
 
 } // namespace
 
+std::vector<Trouble> nameTroubles(const VcdVariable& variable, bool isOfPlugin) {
+    std::vector<Trouble> troubles;
+    if (holdsEndWord(variable.name))
+        troubles.push_back(Trouble::NameEndsStatement);
+    else if (!isPlainName(variable.name))
+        troubles.push_back(Trouble::NameHasBlank);
+    if (variable.width <= 1 && isOfPlugin && endsInBitNumber(variable.name))
+        troubles.push_back(Trouble::NameIsBit);
+    if (variable.width == 0)
+        troubles.push_back(Trouble::WidthIsZero);
+    return troubles;
+}
+
 WaveChecker::WaveChecker(const VcdHeader& header, const WaveSignals& signals, const VcdSource& source)
     : m_header(header),
       m_source(source),
@@ -64,14 +77,8 @@ void WaveChecker::checkDeclarations() {
 void WaveChecker::checkName(const VcdVariable& variable) {
     if (variable.scope == 0)
         m_troubles[Trouble::NoScopes].note(variable.name, variable.line);
-    if (holdsEndWord(variable.name))
-        m_troubles[Trouble::NameEndsStatement].note(variable.name, variable.line);
-    else if (!isPlainName(variable.name))
-        m_troubles[Trouble::NameHasBlank].note(variable.name, variable.line);
-    if (variable.width <= 1 && m_isOfPlugin && endsInBitNumber(variable.name))
-        m_troubles[Trouble::NameIsBit].note(variable.name, variable.line);
-    if (variable.width == 0)
-        m_troubles[Trouble::WidthIsZero].note(variable.name, variable.line);
+    for (const Trouble trouble : nameTroubles(variable, m_isOfPlugin))
+        m_troubles[trouble].note(variable.name, variable.line);
     if (valueKind(variable) == ValueKind::Text)
         m_troubles[Trouble::TextSignal].note(variable.name, variable.line);
 }

@@ -11,6 +11,9 @@
 #include <string>
 #include <vector>
 
+// What a signal's own name and width hold that readers stumble over.
+std::vector<Trouble> nameTroubles(const VcdVariable& variable, bool isOfPlugin);
+
 // Looks for what readers stumble over: in the header at once, in the body as a handler of VcdBodyScanner.
 class WaveChecker {
 public:

@@ -15,6 +15,7 @@ TEST(ConfigCheck, NamesWhatAConfigurationCannotHave) {
     folder.write("root.xml", "<Network/>");
     folder.write("end.xml", "<ZSystem>\n<System></ZSystem>");
     folder.write("text.xml", "no document");
+    folder.write("backslash.xml", "<ZSystem a='x\\");
     folder.write("comment.xml", "<ZSystem>x<!-- y");
     folder.write("node.xml",
                  "<ZSystem><System><Nodes><Node number='0'>\n<Processor number='-1'/></Node></Nodes>"
@@ -35,6 +36,8 @@ TEST(ConfigCheck, NamesWhatAConfigurationCannotHave) {
         {"zetool config check text.xml", 1, "text.xml: faults: 1\n", noEnd},
         {"zetool config check comment.xml", 1, "comment.xml: faults: 1\n",
          "zetool: comment.xml: the document ends inside a comment\n"},
+        {"zetool config check backslash.xml", 1, "backslash.xml: faults: 1\n",
+         "zetool: backslash.xml: a tag ends behind a backslash\n"},
         {"zetool config check node.xml", 0, "node.xml: no faults\n"},
         {"zetool config check --node node.xml", 1, "node.xml: faults: 1\n",
          "zetool: node.xml:2 Error: ZN11072 Illegal core number.\n"},
