@@ -2,15 +2,18 @@
 
 #include "infr_libs/AutoDefines/AutoDefines.h"
 #include "infr_libs/ConfigurationHandler/Configuration.h"
+#include "infr_libs/PluginLibrary/MemoryInput.h"
 #include "infr_libs/ZelmBinaryHandler/ZBHandler.h"
 #include "infr_libs/ZNLoader/NodeConfig.h"
 #include "infr_libs/ZNLoader/NodeInstance.h"
 #include "infr_libs/ZNLoader/ZNLoaderModel.h"
+#include "tools/zetool/BrokenLimit.h"
 #include "tools/zetool/Documents.h"
 #include "tools/zetool/Messages.h"
 
 #include <algorithm>
 #include <sstream>
+#include <utility>
 
 namespace {
 
@@ -40,7 +43,7 @@ std::string payloadOf(const ZBSectorHolder_tag* sector) {
     return {reinterpret_cast<const char*>(sector->data), static_cast<std::size_t>(sector->length)};
 }
 
-std::string imageOf(const ZBSectorHolder_tag* sector) {
+std::string_view imageOf(const ZBSectorHolder_tag* sector) {
     const unsigned char* const data = getSectorImageData(sector);
     if (!data)
         return {};
@@ -145,9 +148,8 @@ const char* sourceKey(PlanSource source) {
     return s_sources[static_cast<std::size_t>(source)].key;
 }
 
-PlanImage::PlanImage(const std::string& file, const std::string& bytes, const PlanChoices& choices)
-    : m_file(file) {
-    m_isFine = read(bytes, choices);
+PlanImage::PlanImage(const std::string& file, std::string bytes, const PlanChoices& choices) : m_file(file) {
+    m_isFine = read(std::move(bytes), choices);
 }
 
 bool PlanImage::refuse(const std::string& text) const {
@@ -155,10 +157,11 @@ bool PlanImage::refuse(const std::string& text) const {
     return false;
 }
 
-bool PlanImage::read(const std::string& bytes, const PlanChoices& choices) {
+bool PlanImage::read(std::string bytes, const PlanChoices& choices) {
     const std::unique_ptr<ZBHandler, DeleteContainer> container(loadZBFromMemory(bytes.data(), bytes.size()));
     if (!container)
         throw ToolFailure("not enough memory");
+    bytes = std::string(); // the container has copies
     if (container->errorCode != 0)
         return refuse(container->errorMessage);
 
@@ -287,17 +290,19 @@ PlanCore* PlanImage::findCore(const std::string& name) {
 }
 
 // A program of a core that nobody knows is read, so that its faults show, and ignored, as by the plugin.
-bool PlanImage::readProgram(std::uint16_t position, std::uint16_t core, const std::string& bytes) {
-    std::istringstream stream(bytes);
+bool PlanImage::readProgram(std::uint16_t position, std::uint16_t core, std::string_view bytes) {
+    MemoryInput stream(bytes);
     std::unique_ptr<ElfHandler> program;
-    const auto failure =
-        failureOf(m_file, [&] { program = std::make_unique<ElfHandler>(&m_handler, stream); });
-    if (failure) {
-        std::istringstream lines(failure->message);
-        for (std::string line; std::getline(lines, line);)
-            refuse("program of " + std::to_string(position) + ":" + std::to_string(core) + ": " + line);
-        return false;
+    std::string fault;
+    try {
+        program = std::make_unique<ElfHandler>(&m_handler, stream);
+    } catch (const std::string& error) {
+        fault = error.substr(0, error.find_last_not_of('\n') + 1);
+    } catch (const BrokenLimit& limit) {
+        fault = limit.what();
     }
+    if (!program)
+        return refuse("program of " + std::to_string(position) + ":" + std::to_string(core) + ": " + fault);
     if (position >= m_network->m_jtagNodes.size() ||
         m_network->m_jtagNodes[position]->getType() != ZNLoader::ProcNode::s_type)
         return true;

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // Where a number or a list comes from.
@@ -60,7 +61,7 @@ struct PlanChoices {
 class PlanImage {
 public:
     // `file` is the name for messages. Check `isFine` first: without it there are messages and nothing else.
-    PlanImage(const std::string& file, const std::string& bytes, const PlanChoices& choices);
+    PlanImage(const std::string& file, std::string bytes, const PlanChoices& choices);
 
     bool isFine() const { return m_isFine; }
 
@@ -69,9 +70,9 @@ public:
     const ZNLoader& network() const { return *m_network; }
 
 private:
-    bool read(const std::string& bytes, const PlanChoices& choices);
+    bool read(std::string bytes, const PlanChoices& choices);
     bool readConfiguration(const std::string& text, const PlanChoices& choices);
-    bool readProgram(std::uint16_t position, std::uint16_t core, const std::string& bytes);
+    bool readProgram(std::uint16_t position, std::uint16_t core, std::string_view bytes);
     bool addCores(XmlNode* root, const IosHandler& ios, const PlanChoices& choices);
     bool isSound(const PlanCore& core) const;
     PlanCore* findCore(const std::string& name);
