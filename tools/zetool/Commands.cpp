@@ -1,6 +1,7 @@
 #include "tools/zetool/Commands.h"
 
 #include "tools/zetool/config/ConfigCommands.h"
+#include "tools/zetool/elf/ElfCommands.h"
 #include "tools/zetool/generate/GenerateCommands.h"
 #include "tools/zetool/image/ImageCommands.h"
 #include "tools/zetool/plan/PlanCommands.h"
@@ -11,6 +12,7 @@ std::span<const NounRow> allNouns() {
     // Order is the order of help and man page.
     static const NounRow s_nouns[] = {
         {"image", "Image files: programs, network and configuration in one.", imageCommands()},
+        {"elf", "ELF files: the programs of cores.", elfCommands()},
         {"config", "System configurations, the ZSystem documents.", configCommands()},
         {"pll", "Clocks: the dividers and registers of a device's PLL.", pllCommands()},
         {"plan", "What a run of the wave plugin would show, before the run.", planCommands()},

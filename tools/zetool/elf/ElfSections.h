@@ -1,0 +1,6 @@
+#pragma once
+
+#include "tools/zetool/Invocation.h"
+
+// zetool elf sections: the section headers.
+int elfSections(const Invocation& invocation);
