@@ -9,7 +9,14 @@
 class BrokenLimit : public ToolFailure {
 public:
     explicit BrokenLimit(const char* condition)
-        : ToolFailure("the input breaks a limit of the reader: " + std::string(condition)) {}
+        : ToolFailure("the input breaks a limit of the reader: " + std::string(condition)),
+          m_condition(condition) {}
+
+    // As the source has it.
+    const std::string& condition() const { return m_condition; }
+
+private:
+    std::string m_condition;
 };
 
 // From now on assertions throw.

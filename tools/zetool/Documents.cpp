@@ -9,13 +9,11 @@
 namespace {
 
 // The parser's failures without a text of its own. The second is the one limit that a document can breach.
+constexpr const char* s_parserLimit = "*s != '\\0'";
 constexpr const char* s_openComment = "the document ends inside a comment";
 constexpr const char* s_openBackslash = "a tag ends behind a backslash";
 
-// A message about a file in the form of the readers.
-std::string lineOf(const std::string& file, const char* text) {
-    return shownName(file) + ": " + text + "\n";
-}
+constexpr const char* s_inNetwork = ", here or in a file that the network names";
 
 } // namespace
 
@@ -25,16 +23,18 @@ void printLines(const std::string& text) {
         printMessage(line);
 }
 
-std::optional<ReadFailure> failureOf(const std::string& file, const std::function<void()>& read) {
+std::optional<ReadFailure> failureOf(const std::string& file, const std::function<void()>& read,
+                                     const char* where) {
+    const auto lineOf = [&](const std::string& text) { return shownName(file) + ": " + text + where + "\n"; };
     try {
         read();
         return std::nullopt;
     } catch (const std::string& error) {
         return ReadFailure{error, error};
     } catch (const std::out_of_range& error) {
-        return ReadFailure{error.what(), lineOf(file, s_openComment)};
-    } catch (const BrokenLimit&) {
-        const std::string line = lineOf(file, s_openBackslash);
+        return ReadFailure{error.what(), lineOf(s_openComment)};
+    } catch (const BrokenLimit& limit) {
+        const std::string line = lineOf(limit.condition() == s_parserLimit ? s_openBackslash : limit.what());
         return ReadFailure{line, line};
     }
 }
@@ -43,7 +43,8 @@ NetworkReading::NetworkReading(const std::string& file) {
     if (file == "-")
         readStream(file, readWhole(file));
     else
-        failure = failureOf(file, [&] { network = std::make_unique<ZNLoader>(file, &warnings); });
+        failure = failureOf(
+            file, [&] { network = std::make_unique<ZNLoader>(file, &warnings); }, s_inNetwork);
 }
 
 NetworkReading::NetworkReading(const std::string& file, const std::string& document) {
@@ -52,7 +53,8 @@ NetworkReading::NetworkReading(const std::string& file, const std::string& docum
 
 void NetworkReading::readStream(const std::string& file, const std::string& document) {
     std::istringstream stream(document);
-    failure = failureOf(file, [&] { network = std::make_unique<ZNLoader>(file, &stream, &warnings); });
+    failure = failureOf(
+        file, [&] { network = std::make_unique<ZNLoader>(file, &stream, &warnings); }, s_inNetwork);
 }
 
 std::unique_ptr<ZNLoader> loadNetwork(const std::string& file, const std::string& document) {
@@ -65,14 +67,16 @@ std::unique_ptr<ZNLoader> loadNetwork(const std::string& file, const std::string
     return std::move(reading.network);
 }
 
-Document::Document(const std::string& file, const std::string& text, bool replaceEntities)
-    : m_stream(text), m_parser(file.c_str(), &m_utils, &m_stream, replaceEntities) {}
+Document::Document(const std::string& file, Entities entities)
+    : m_parser(file.c_str(), &m_utils, entities == Entities::Replaced) {}
 
-std::unique_ptr<Document> loadDocument(const std::string& file, const std::string& text,
-                                       bool replaceEntities) {
+Document::Document(const std::string& file, const std::string& text, Entities entities)
+    : m_stream(text), m_parser(file.c_str(), &m_utils, &m_stream, entities == Entities::Replaced) {}
+
+std::unique_ptr<Document> loadDocument(const std::string& file, const std::string& text, Entities entities) {
     std::unique_ptr<Document> document;
     const auto failure =
-        failureOf(file, [&] { document = std::make_unique<Document>(file, text, replaceEntities); });
+        failureOf(file, [&] { document = std::make_unique<Document>(file, text, entities); });
     if (failure)
         printLines(failure->message);
     return document;

@@ -24,8 +24,10 @@ struct ReadFailure {
     std::string message; // lines for the user
 };
 
-// What a reader of the file throws; nothing where it reads to its end.
-std::optional<ReadFailure> failureOf(const std::string& file, const std::function<void()>& read);
+// What a reader of the file throws; nothing where it reads to its end. `where` ends the messages about what
+// the reader has no words for.
+std::optional<ReadFailure> failureOf(const std::string& file, const std::function<void()>& read,
+                                     const char* where = "");
 
 // A network as the loader leaves it: the model or the failure, and the warnings either way. Node types and
 // packages are looked up along ZCC_DEVICE_PATH.
@@ -50,11 +52,14 @@ private:
 // too.
 std::unique_ptr<ZNLoader> loadNetwork(const std::string& file, const std::string& document);
 
+enum class Entities { Replaced, Raw };
+
 // An XML document with all that its tree needs to live.
 class Document {
 public:
-    // Throws the parser's own message as a std::string.
-    Document(const std::string& file, const std::string& text, bool replaceEntities = true);
+    // Both throw the parser's own message as a std::string; this one opens the file itself.
+    Document(const std::string& file, Entities entities);
+    Document(const std::string& file, const std::string& text, Entities entities = Entities::Replaced);
 
     XmlNode* root() const { return m_parser.getRoot(); }
 
@@ -68,4 +73,4 @@ private:
 
 // The document, or null after its message.
 std::unique_ptr<Document> loadDocument(const std::string& file, const std::string& text,
-                                       bool replaceEntities = true);
+                                       Entities entities = Entities::Replaced);

@@ -69,6 +69,7 @@ std::string damageFailures(const TemporaryFolder& folder, const std::string& nam
     }
     const std::string placeFile = folder.file("place");
     const ChildResult result = runInChild([&] {
+        refuseBrokenLimits();
         const int results = dup(STDOUT_FILENO);
         const int nowhere = open("/dev/null", O_WRONLY);
         const int messages = open(folder.file("messages").c_str(), O_RDWR | O_CREAT | O_APPEND, 0600);
