@@ -167,6 +167,10 @@ void replaceZBSectorData(ZBHandler* handle, ZBSectorHolder_tag* sector, std::uin
 // sector of its core. 0, or -1 at the first image that can't be flattened; those before it stay flat.
 int banishElves(ZBHandler* handle);
 
+// The same for files that nobody vouches for: as soon as the flat images together have more than that many
+// bytes, it counts as out of memory. A gap between two segments is as long as their addresses claim.
+int banishElves(ZBHandler* handle, std::uint64_t maxBytes);
+
 // The flat memory image of a 32-bit ELF file in the host's byte order: the file bytes of its segments, with
 // zeros between. The caller frees it. Null with an error in the handle when there is none. The buffer must
 // hold all that the headers name: its size isn't known here. Callers who have the size use `banishElves`.

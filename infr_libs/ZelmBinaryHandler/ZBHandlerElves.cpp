@@ -130,12 +130,13 @@ void copySegments(const ElfBytes& elf, const ElfHeader& header, const Span& span
 }
 
 // The flat image, with zeros of that number in front; null with an error in the handle.
-Bytes flatten(ZBHandler& handle, const ElfBytes& elf, std::size_t room, ElfHeader* header, Span* span) {
+Bytes flatten(ZBHandler& handle, const ElfBytes& elf, std::uint64_t maxBytes, std::size_t room,
+              ElfHeader* header, Span* span) {
     if (const Error* error = inspectElf(elf, header, span)) {
         fail(handle, *error);
         return nullptr;
     }
-    Bytes image = allocateZeroedBytes(room + span->numBytes);
+    Bytes image = span->numBytes <= maxBytes ? allocateZeroedBytes(room + span->numBytes) : nullptr;
     if (!image) {
         fail(handle, s_outOfMemoryForImage);
         return nullptr;
@@ -144,14 +145,16 @@ Bytes flatten(ZBHandler& handle, const ElfBytes& elf, std::size_t room, ElfHeade
     return image;
 }
 
-// Makes a flat binary sector of an ELF sector, and gives the image's entry point.
-bool banishElf(ZBHandler& handle, ZBSectorHolder_tag& sector, std::uint32_t* entry) {
+// Makes a flat binary sector of an ELF sector, and gives the image's entry point. Takes the flat image's size
+// off `maxBytes`.
+bool banishElf(ZBHandler& handle, ZBSectorHolder_tag& sector, std::uint64_t* maxBytes, std::uint32_t* entry) {
     ElfHeader header;
     Span span;
     const ElfBytes elf(getSectorImageData(&sector), getSectorImageNumBytes(&sector));
-    Bytes payload = flatten(handle, elf, s_recordSize, &header, &span);
+    Bytes payload = flatten(handle, elf, *maxBytes, s_recordSize, &header, &span);
     if (!payload)
         return false;
+    *maxBytes -= span.numBytes;
     writeRecord(payload.get(), getSectorNodeNum(&sector), getSectorCoreNum(&sector), span.base);
     replaceZBSectorData(&handle, &sector, s_recordSize + span.numBytes, payload.release());
     sector.type = ZBSEC_BINARY;
@@ -163,7 +166,7 @@ bool banishElf(ZBHandler& handle, ZBSectorHolder_tag& sector, std::uint32_t* ent
 
 // Each entry point goes to the first GOTO sector of its core behind the image. One walk over the list settles
 // them all: an entry point waits under its core's number until that sector comes by.
-int banishAllElves(ZBHandler& handle) {
+int banishAllElves(ZBHandler& handle, std::uint64_t maxBytes) {
     std::map<std::uint32_t, std::uint32_t> waiting; // entry points, by node and core
     const auto coreOf = [](const ZBSectorHolder_tag& sector) {
         return std::uint32_t{getSectorNodeNum(&sector)} << 16 | getSectorCoreNum(&sector);
@@ -172,7 +175,7 @@ int banishAllElves(ZBHandler& handle) {
     for (ZBSectorHolder_tag* sector = handle.firstSector; sector; sector = sector->next) {
         if (sector->type == ZBSEC_ELF && result == 0) {
             std::uint32_t entry = 0;
-            if (banishElf(handle, *sector, &entry))
+            if (banishElf(handle, *sector, &maxBytes, &entry))
                 waiting[coreOf(*sector)] = entry;
             else
                 result = -1; // the images before this one are still owed their GOTO sectors
@@ -190,8 +193,12 @@ int banishAllElves(ZBHandler& handle) {
 } // namespace
 
 int banishElves(ZBHandler* handle) {
+    return banishElves(handle, std::numeric_limits<std::uint64_t>::max());
+}
+
+int banishElves(ZBHandler* handle, std::uint64_t maxBytes) {
     try {
-        return banishAllElves(*handle);
+        return banishAllElves(*handle, maxBytes);
     } catch (const std::bad_alloc&) {
         fail(*handle, s_outOfMemory);
         return -1;
@@ -203,7 +210,7 @@ unsigned char* loadElfFromBuffer(ZBHandler* handle, const void* buffer, std::uin
     ElfHeader header;
     Span span;
     const ElfBytes elf(buffer, std::numeric_limits<std::uint64_t>::max());
-    Bytes image = flatten(*handle, elf, 0, &header, &span);
+    Bytes image = flatten(*handle, elf, std::numeric_limits<std::uint64_t>::max(), 0, &header, &span);
     if (!image)
         return nullptr;
     *numBytes = span.numBytes;

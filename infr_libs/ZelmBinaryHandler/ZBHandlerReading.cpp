@@ -1,5 +1,6 @@
 #include "infr_libs/ZelmBinaryHandler/ZBCrc.h"
 #include "infr_libs/ZelmBinaryHandler/ZBHandler.h"
+#include "infr_libs/ZelmBinaryHandler/ZBHeads.h"
 #include "infr_libs/ZelmBinaryHandler/ZBInternals.h"
 #include "infr_libs/ZelmBinaryHandler/ZBLayout.h"
 
@@ -14,19 +15,6 @@ struct Buffer {
     const unsigned char* bytes;
     std::size_t size;
 };
-
-bool readFileHeader(ZBHandler& handle, const Buffer& file) {
-    if (file.size < sizeof s_tag || std::memcmp(file.bytes, s_tag, sizeof s_tag) != 0) {
-        fail(handle, s_badTag);
-        return false;
-    }
-    if (file.size < s_versionEnd ||
-        std::memcmp(file.bytes + s_versionOffset, s_version, sizeof s_version) != 0) {
-        fail(handle, s_badVersion);
-        return false;
-    }
-    return true; // the reserved bytes may hold anything, and may even be missing
-}
 
 // Fills a sector that was made for the one that starts there, and returns the CRC of what that has in front
 // of its own. Copying and the CRC take turns by pieces that stay in the processor's cache.
@@ -48,43 +36,27 @@ std::uint32_t copyPayload(ZBSectorHolder_tag& sector, const unsigned char* start
 // Adds the sector at an offset that lies in the file. Returns the offset behind it, which may lie behind the
 // file's end by its rounding; or 0 with an error in the handle.
 std::uint64_t readSector(ZBHandler& handle, const Buffer& file, std::uint64_t offset) {
-    const auto cutOff = [&handle] {
-        fail(handle, s_cutOff);
-        return std::uint64_t{0};
-    };
     const unsigned char* const start = file.bytes + offset;
-    const std::uint64_t left = file.size - offset;
-    if (left < s_sectorHeaderSize)
-        return cutOff();
-    const std::int32_t type = readLittleEndian16(start + s_typeOffset);
-    const std::uint64_t size = readLittleEndian64(start + s_sizeOffset);
-    if (size == 0)
-        return addZBSector(&handle, type, 0, nullptr) ? offset + s_sectorHeaderSize : 0;
+    ZBSectorHead head;
+    if (!readZBSectorHead(start, file.size - offset, &head)) {
+        fail(handle, s_cutOff);
+        return 0;
+    }
+    if (head.size == 0)
+        return addZBSector(&handle, head.type, 0, nullptr) ? offset + s_sectorHeaderSize : 0;
 
-    // `size` is held against what is left before anything is added to it: no sum below can wrap.
-    if (size > left - s_sectorHeaderSize || size < s_padWordSize + s_crcSize)
-        return cutOff();
-    const std::size_t pad = start[s_padOffset];
-    if (pad > s_maxPad || size < s_padWordSize + pad + s_crcSize)
-        return cutOff();
-    const std::uint64_t length = size - (s_padWordSize + pad + s_crcSize);
-    // Any `pad` that fits is taken, but room is asked for the padding that the length would have.
-    if (roundUp(length) + s_crcSize > left - s_payloadOffset)
-        return cutOff();
-
-    ZBSectorHolder_tag* sector = appendSector(handle, type, length);
+    ZBSectorHolder_tag* sector = appendSector(handle, head.type, head.length);
     if (!sector)
         return 0;
-    const std::uint64_t crcOffset = s_payloadOffset + length + pad;
-    const std::uint32_t storedCrc = readLittleEndian32(start + crcOffset);
-    const std::uint32_t crc = copyPayload(*sector, start, pad);
+    const std::uint32_t storedCrc = readLittleEndian32(start + head.crcOffset);
+    const std::uint32_t crc = copyPayload(*sector, start, head.pad);
     // A stored 0 waives the check: wanted.
     if (storedCrc != 0 && storedCrc != crc) {
         fail(handle, s_badCrc);
         return 0;
     }
     sector->crc = storedCrc;
-    return roundUp(offset + crcOffset + s_crcSize);
+    return roundUp(offset + head.crcOffset + s_crcSize);
 }
 
 // The number of bytes in a stream, or -1 when it can't be told or is too large.
@@ -105,8 +77,10 @@ ZBHandler* loadZBFromMemory(const void* buffer, std::size_t numBytes) {
         return nullptr;
     handle->errorMessage = "";
     const Buffer file{static_cast<const unsigned char*>(buffer), buffer ? numBytes : 0};
-    if (!readFileHeader(*handle, file))
+    if (const Error* error = findZBHeaderError(file.bytes, file.size)) {
+        fail(*handle, *error);
         return handle;
+    }
     std::uint64_t offset = s_fileHeaderSize;
     while (offset < file.size) {
         offset = readSector(*handle, file, offset);

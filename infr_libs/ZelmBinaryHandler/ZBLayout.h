@@ -1,7 +1,7 @@
 #pragma once
 
-// The numbers of the container's layout, for this library alone. They are those of files and must never
-// change. All offsets and sizes are in bytes.
+// The numbers of the container's layout, for this library and for those who walk a file without loading it.
+// They are those of files and must never change. All offsets and sizes are in bytes.
 
 #include "infr_libs/ZelmBinaryHandler/LittleEndian.h"
 

@@ -48,6 +48,22 @@ TEST(BanishElves, AnElfBecomesAFlatImage) {
               ImageBuilder().binary(0x102, 0x304, 0x10000, std::string("first\0\0second", 13)).bytes());
 }
 
+TEST(BanishElves, ALimitHoldsForAllFlatImagesTogether) {
+    const auto limited = [](std::uint64_t maxBytes) {
+        const Container container =
+            load(ImageBuilder().elf(0, 0, program().bytes).elf(0, 1, program().bytes).bytes());
+        const int result = banishElves(container.get(), maxBytes);
+        EXPECT_EQ(result == 0, container->errorCode == 0);
+        if (result != 0) {
+            EXPECT_STREQ(container->errorMessage, "Out of memory.");
+        }
+        return std::pair(container->firstSector->type, container->lastSector->type);
+    };
+    EXPECT_EQ(limited(26), std::pair(ZBSEC_BINARY + 0, ZBSEC_BINARY + 0)); // twice 13 bytes
+    EXPECT_EQ(limited(25), std::pair(ZBSEC_BINARY + 0, ZBSEC_ELF + 0));
+    EXPECT_EQ(limited(12), std::pair(ZBSEC_ELF + 0, ZBSEC_ELF + 0));
+}
+
 TEST(BanishElves, TheCrcIsThatOfThePayloadAlone) {
     const Container container = containerOf(program().bytes);
     banishElves(container.get());
