@@ -92,11 +92,13 @@ const Level* reachedLevel(const std::deque<Level>& levels) {
 CommandLine parseCommandLine(std::span<const NounRow> nouns, std::span<const char* const> words) {
     CLI::App root;
     addFlags(root);
+    root.require_subcommand(0, 1); // else a file that is called as a noun would be taken for one
     std::deque<Level> levels;
     levels.push_back({&root, nullptr, nullptr, {}});
     for (const NounRow& noun : nouns) {
         CLI::App* app = root.add_subcommand(noun.name);
         addFlags(*app);
+        app->require_subcommand(0, 1);
         levels.push_back({app, &noun, nullptr, {}});
         for (const CommandRow& command : noun.commands) {
             if (*command.name == '\0') {

@@ -159,6 +159,14 @@ TEST(Zetool, NamesAFolderThatIsGivenForAFile) {
     EXPECT_EQ(result.error, "zetool: " + folder.path().string() + ": can't be read: Is a directory\n");
 }
 
+TEST(Zetool, TakesFilesThatAreCalledAsCommandsAre) {
+    for (const char* name : {"wave", "list", "pins"}) {
+        const ChildResult result = zetool({"wave", "list", name});
+        EXPECT_EQ(result.error,
+                  "zetool: " + std::string(name) + ": can't be opened: No such file or directory\n");
+    }
+}
+
 TEST(Zetool, ShowsItsVersion) {
     const ChildResult result = zetool({"--version"});
     EXPECT_EQ(result.exitStatus, 0);
