@@ -4,6 +4,8 @@
 
 #include "infr_libs/ErrorHandler/Assertion.h"
 
+#include <set>
+
 namespace {
 
 // The value of a key, or null.
@@ -49,6 +51,24 @@ unsigned IosHandler::getNumCores(unsigned node) const {
 const IosHandler::Ports* IosHandler::getCorePorts(unsigned node, unsigned core) const {
     const auto* const cores = find(m_ports, node);
     return cores ? find(*cores, core) : nullptr;
+}
+
+std::vector<unsigned> IosHandler::getNodes() const {
+    std::set<unsigned> nodes;
+    for (const auto& [node, cores] : m_ports)
+        nodes.insert(node);
+    for (const auto& [node, links] : m_zLinks)
+        nodes.insert(node);
+    return {nodes.begin(), nodes.end()};
+}
+
+std::vector<unsigned> IosHandler::getCores(unsigned node) const {
+    std::vector<unsigned> numbers;
+    if (const auto* const cores = find(m_ports, node)) {
+        for (const auto& [core, ports] : *cores)
+            numbers.push_back(core);
+    }
+    return numbers;
 }
 
 unsigned IosHandler::getNumPorts(unsigned node, unsigned core) const {

@@ -51,6 +51,10 @@ public:
     // A core's ports in the order of their making, or null for one that has none.
     const Ports* getCorePorts(unsigned node, unsigned core) const;
 
+    // The nodes that have ports or links, and the cores of a node that have ports; in the order of numbers.
+    std::vector<unsigned> getNodes() const;
+    std::vector<unsigned> getCores(unsigned node) const;
+
     // By index; null beyond the last.
     unsigned getNumPorts(unsigned node, unsigned core) const;
     IosPort* getPort(unsigned node, unsigned core, unsigned index) const;

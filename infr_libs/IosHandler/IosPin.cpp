@@ -21,6 +21,14 @@ IosPort* IosPin::getPort(unsigned index) const {
     return m_ports[index];
 }
 
+unsigned IosPin::getPortBit(unsigned index) const {
+    return index < m_pinPortBits.size() ? m_pinPortBits[index] : 0;
+}
+
+unsigned IosPin::getPortPriority(unsigned index) const {
+    return index < m_pinPortPriorities.size() ? m_pinPortPriorities[index] : 0;
+}
+
 void IosPin::addPort(const IosHandler& handler, unsigned node, unsigned core, const std::string& name,
                      unsigned bit, unsigned priority, bool ignoreMissing) {
     IosPort* const port = handler.findPort(node, core, name);

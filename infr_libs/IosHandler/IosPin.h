@@ -24,9 +24,15 @@ public:
     const std::string& getPinName() const { return m_pinName; }
     unsigned getNumber() const { return m_number; } // the pad
     IosZLink* getZLink() const { return m_zLink; }  // null if none
+    unsigned getZLinkBit() const { return m_zLinkBit; }
+    bool isZLinkIn() const { return m_zLinkIn; }
 
     unsigned getNumPorts() const { return static_cast<unsigned>(m_pinPorts.size()); }
     IosPort* getPort(unsigned index) const;
+
+    // The bit and priority of that connection; 0 for an index beyond the last.
+    unsigned getPortBit(unsigned index) const;
+    unsigned getPortPriority(unsigned index) const;
 
     // Connect the pin, both ways. A port or link that the handler doesn't have is reported, unless
     // `ignoreMissing`, and nothing is connected.

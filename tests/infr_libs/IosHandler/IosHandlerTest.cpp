@@ -328,3 +328,27 @@ TEST(IosHandler, WithoutAnArchitectureASwitchHasNoLinksByDefault) {
     const IosHandler map(parser.getRoot(), utils.get());
     EXPECT_EQ(map.getNumZLinks(0), 0U);
 }
+
+TEST(IosHandler, TellsWhichNodesAndCoresThereAre) {
+    const Map map("<Nodes><Node number='9'><Processor number='2'/><Processor number='0'/></Node>"
+                  "<Node number='3'><Switch sLinks='1'/></Node><Node number='5'/></Nodes>");
+    EXPECT_EQ(map->getNodes(), (std::vector<unsigned>{3, 9}));
+    EXPECT_EQ(map->getCores(9), (std::vector<unsigned>{0, 2}));
+    EXPECT_EQ(map->getCores(3), std::vector<unsigned>());
+    EXPECT_EQ(map->getCores(4), std::vector<unsigned>());
+}
+
+TEST(IosHandler, TellsTheBitsOfAPinsConnections) {
+    const Map map(nodeWithPins(pin("A:0", port("ZS1_PORT_1A", 0, 7) + port("ZS1_PORT_4A", 3, 1)) +
+                               pin("A:1", link(2, 1, "in")) + pin("A:2", link(2, 0, "out"))));
+    EXPECT_EQ(map->getPin(0)->getPortBit(0), 0U);
+    EXPECT_EQ(map->getPin(0)->getPortPriority(0), 7U);
+    EXPECT_EQ(map->getPin(0)->getPortBit(1), 3U);
+    EXPECT_EQ(map->getPin(0)->getPortPriority(1), 1U);
+    EXPECT_EQ(map->getPin(0)->getPortBit(2), 0U);
+    EXPECT_EQ(map->getPin(0)->getPortPriority(2), 0U);
+    EXPECT_EQ(map->getPin(1)->getZLinkBit(), 1U);
+    EXPECT_TRUE(map->getPin(1)->isZLinkIn());
+    EXPECT_EQ(map->getPin(2)->getZLinkBit(), 0U);
+    EXPECT_FALSE(map->getPin(2)->isZLinkIn());
+}
