@@ -2,6 +2,7 @@
 
 #include "tools/zetool/Messages.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -35,4 +36,27 @@ std::size_t InputFile::read(char* bytes, std::size_t size) {
         if (errno != EINTR)
             throw ToolFailure(m_path, withSystemError("can't be read"));
     }
+}
+
+std::uint64_t InputFile::skip(std::uint64_t count) {
+    struct stat status = {};
+    if (fstat(m_descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
+        const off_t at = lseek(m_descriptor, 0, SEEK_CUR);
+        if (at >= 0) {
+            const auto left = static_cast<std::uint64_t>(std::max<off_t>(status.st_size - at, 0));
+            const std::uint64_t skipped = std::min(count, left);
+            if (lseek(m_descriptor, static_cast<off_t>(skipped), SEEK_CUR) >= 0)
+                return skipped;
+        }
+    }
+    char piece[1 << 14];
+    std::uint64_t skipped = 0;
+    while (skipped < count) {
+        const std::size_t size =
+            read(piece, static_cast<std::size_t>(std::min<std::uint64_t>(sizeof piece, count - skipped)));
+        if (size == 0)
+            break;
+        skipped += size;
+    }
+    return skipped;
 }

@@ -22,6 +22,9 @@ public:
     // Reads up to `size` bytes; gives how many, 0 at the end alone.
     std::size_t read(char* bytes, std::size_t size);
 
+    // Passes over up to `count` bytes; gives how many there were. A regular file isn't read for that.
+    std::uint64_t skip(std::uint64_t count);
+
     const std::string& path() const { return m_path; }
 
     // The file's size in bytes, or 0 where that can't be known.

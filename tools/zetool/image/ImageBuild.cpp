@@ -5,6 +5,8 @@
 #include "infr_libs/ZelmBinaryHandler/ZBHandler.h"
 #include "tools/zetool/Command.h"
 #include "tools/zetool/Documents.h"
+#include "tools/zetool/image/Container.h"
+#include "tools/zetool/image/Places.h"
 #include "tools/zetool/Messages.h"
 #include "tools/zetool/OutputFile.h"
 #include "tools/zetool/WholeFile.h"
@@ -83,33 +85,14 @@ std::optional<Place> placeOf(const ZNLoader& network, const std::string& core) {
         if (position && number)
             given = Place{*position, *number};
     }
-    for (std::size_t position = 0; position < network.m_jtagNodes.size(); ++position) {
-        ZNLoader::Node* node = network.m_jtagNodes[position];
-        if (node->getType() != ZNLoader::ProcNode::s_type)
-            continue;
-        for (const ZNLoader::Core* candidate : static_cast<ZNLoader::ProcNode*>(node)->m_cores) {
-            const Place place{static_cast<std::uint16_t>(position),
-                              static_cast<std::uint16_t>(candidate->m_number)};
-            if (candidate->m_reference == core ||
-                (given && given->position == place.position && given->core == place.core))
-                return place;
-        }
+    for (const CorePlace& candidate : corePlaces(network)) {
+        const Place place{static_cast<std::uint16_t>(candidate.position),
+                          static_cast<std::uint16_t>(candidate.core)};
+        if (*candidate.name == core ||
+            (given && given->position == place.position && given->core == place.core))
+            return place;
     }
     return std::nullopt;
-}
-
-struct DeleteContainer {
-    void operator()(ZBHandler* container) const { deleteZBHandler(container); }
-};
-
-std::string bytesOf(ZBHandler* container) {
-    std::string bytes(static_cast<std::size_t>(getZBFileSize(container)), '\0');
-    const std::int32_t size =
-        writeZBToMemory(container, bytes.data(), static_cast<std::int32_t>(bytes.size()));
-    if (container->errorCode != 0 || size < 0)
-        throw ToolFailure(std::string("image build: ") + container->errorMessage);
-    bytes.resize(static_cast<std::size_t>(size));
-    return bytes;
 }
 
 const std::string& required(const Invocation& invocation, const char* option) {
@@ -135,7 +118,7 @@ int imageBuild(const Invocation& invocation) {
     // All parts are looked at, so that one call names all their faults.
     const std::unique_ptr<ZNLoader> network = loadNetwork(networkFile, networkText);
     bool isSound = checkConfiguration(configFile, configText) && network;
-    const std::unique_ptr<ZBHandler, DeleteContainer> container(createZBHandler());
+    const Container container(createZBHandler());
     if (!container)
         throw ToolFailure("not enough memory");
     addZBSector(container.get(), ZBSEC_SYSCONFIG, configText.size(), configText.data());
@@ -158,7 +141,7 @@ int imageBuild(const Invocation& invocation) {
     addEndZBSector(container.get());
 
     OutputFile output(outputFile, invocation.has("force"));
-    output.write(bytesOf(container.get()));
+    output.write(bytesOf(container.get(), outputFile));
     output.close();
     return s_fine;
 }

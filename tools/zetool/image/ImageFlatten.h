@@ -1,0 +1,6 @@
+#pragma once
+
+#include "tools/zetool/Invocation.h"
+
+// zetool image flatten: ELF sectors to flat binary ones.
+int imageFlatten(const Invocation& invocation);
