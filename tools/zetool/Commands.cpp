@@ -4,6 +4,7 @@
 #include "tools/zetool/elf/ElfCommands.h"
 #include "tools/zetool/generate/GenerateCommands.h"
 #include "tools/zetool/image/ImageCommands.h"
+#include "tools/zetool/pins/PinsCommands.h"
 #include "tools/zetool/plan/PlanCommands.h"
 #include "tools/zetool/pll/PllCommands.h"
 #include "tools/zetool/wave/WaveCommands.h"
@@ -17,6 +18,7 @@ std::span<const NounRow> allNouns() {
         {"elf", "ELF files: the programs of cores.", elfCommands()},
         {"zn", "Network descriptions: nodes, cores, ports and links.", znCommands()},
         {"config", "System configurations, the ZSystem documents.", configCommands()},
+        {"pins", "Pin maps: pins of the package, ports and links.", pinsCommands()},
         {"pll", "Clocks: the dividers and registers of a device's PLL.", pllCommands()},
         {"xml", "XML documents as networks and configurations are read.", xmlCommands()},
         {"plan", "What a run of the wave plugin would show, before the run.", planCommands()},

@@ -18,6 +18,8 @@ const std::vector<std::vector<const char*>> s_commands = {
     {"image", "extract", "a.ze", "1", "-o", "part", "--force"},
     {"image", "extract", "a.ze", "--all", "-o", "parts", "--force"},
     {"image", "flatten", "a.ze", "-o", "flat.ze", "--force"},
+    {"pins", "list", "--json", "a.ze"},
+    {"pins", "find", "a.ze", "X0"},
 };
 
 std::string lineOf(const std::vector<const char*>& words) {
