@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -165,12 +166,14 @@ void writeClocks(OutputFile& output, const ZNLoader& network) {
 
 // ---- Cores ----
 
-const CoreConfig* configOf(const ZNLoader::ProcNode& node, int core) {
+using CoreConfigs = std::unordered_map<int, const CoreConfig*>; // by number
+
+CoreConfigs configsOf(const ZNLoader::ProcNode& node) {
+    CoreConfigs configs;
     if (node.m_config)
         for (const auto& instance : *node.m_config->m_node->cores)
-            if (instance->number == core)
-                return instance->config.get();
-    return nullptr;
+            configs.emplace(instance->number, instance->config.get());
+    return configs;
 }
 
 void writeCores(OutputFile& output, const ZNLoader& network) {
@@ -182,17 +185,21 @@ void writeCores(OutputFile& output, const ZNLoader& network) {
                      {"threads", Align::Right},
                      {"timers", Align::Right},
                      {"channel ends", Align::Right}});
-    for (ZNLoader::Node* node : network.m_procNodes)
+    for (ZNLoader::Node* node : network.m_procNodes) {
+        const CoreConfigs configs = configsOf(*procNode(node));
         for (const ZNLoader::Core* core : procNode(node)->m_cores) {
             std::vector<std::string> cells = {core->m_reference, node->m_id, std::to_string(core->m_number)};
-            if (const CoreConfig* config = configOf(*procNode(node), core->m_number))
-                for (const std::string& cell :
-                     {hexadecimal(static_cast<unsigned>(config->ramBase)), std::to_string(config->ramSize),
-                      std::to_string(config->numThreads), std::to_string(config->numTimers),
-                      std::to_string(config->numChanEnds)})
-                    cells.push_back(cell);
+            const auto found = configs.find(core->m_number);
+            if (found != configs.end()) {
+                const CoreConfig& config = *found->second;
+                cells.push_back(hexadecimal(static_cast<unsigned>(config.ramBase)));
+                for (const int number :
+                     {config.ramSize, config.numThreads, config.numTimers, config.numChanEnds})
+                    cells.push_back(std::to_string(number));
+            }
             section.add(std::move(cells));
         }
+    }
     section.write(output);
 }
 
