@@ -1,13 +1,10 @@
 #include "tools/zetool/image/ImageChecker.h"
 
-#include "infr_libs/ElfHandler/ElfHandler.h"
 #include "infr_libs/ErrorHandler/Assertion.h"
-#include "infr_libs/ErrorHandler/CatchableErrorHandler.h"
-#include "infr_libs/PluginLibrary/MemoryInput.h"
 #include "infr_libs/PluginLibrary/PluginLibrary.h"
 #include "infr_libs/ZelmBinaryHandler/ZBLayout.h"
-#include "tools/zetool/BrokenLimit.h"
 #include "tools/zetool/Documents.h"
+#include "tools/zetool/elf/ElfReading.h"
 #include "tools/zetool/image/Places.h"
 #include "tools/zetool/Trial.h"
 
@@ -69,7 +66,7 @@ void ImageChecker::walk() {
         checkSector(walker.sector());
         checkOrder(walker.sector());
         if (type == ZBSEC_ELF)
-            checkProgram(walker.sector(), payload);
+            checkProgram(walker.sector(), std::move(payload));
         else if (keepsPayload)
             m_network = std::move(payload);
     }
@@ -137,19 +134,14 @@ void ImageChecker::checkOrder(const ImageSector& sector) {
         m_placed.push_back(sector);
 }
 
-// Opening ends at the first bad program, and doesn't say which it was.
-void ImageChecker::checkProgram(const ImageSector& sector, const std::string& payload) {
-    CatchableErrorHandler handler;
-    MemoryInput stream(std::string_view(payload).substr(sector.prefixSize()));
-    try {
-        const ElfHandler elf(&handler, stream);
-    } catch (const std::string& error) {
-        for (const std::string& line : linesOf(error))
-            m_findings.add(FindingKind::Program, sector, line);
-    } catch (const BrokenLimit&) { // the one that a file can breach
-        m_findings.add(FindingKind::Program, sector,
-                       "there is no symbol table, and no empty string in the string table");
-    }
+// Opening ends at the first bad program, doesn't say which it was, and doesn't ask for the reader's check.
+void ImageChecker::checkProgram(const ImageSector& sector, std::string payload) {
+    payload.erase(0, static_cast<std::size_t>(sector.prefixSize()));
+    const ElfView view(std::move(payload));
+    ElfReading reading(view);
+    for (const std::optional<ElfFault>& fault : {reading.fault(), reading.check()})
+        if (fault)
+            m_findings.add(FindingKind::Program, sector, fault->line());
 }
 
 void ImageChecker::checkNetwork() {

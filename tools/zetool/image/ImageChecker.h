@@ -24,7 +24,7 @@ private:
     void walk();
     void checkSector(const ImageSector& sector);
     void checkOrder(const ImageSector& sector);
-    void checkProgram(const ImageSector& sector, const std::string& payload);
+    void checkProgram(const ImageSector& sector, std::string payload);
     void checkNetwork();
     void checkPlaces();
 

@@ -81,10 +81,18 @@ TEST_F(ImageCheckTest, NamesTheSectorOfEachBadProgram) {
     ElfBuilder tables;
     tables.m_hasSymbols = false;
     tables.m_strings = std::string("name\0", 5);
-    expectFindings(sound().elf(1, 0, "text").elf(1, 0, tables.build().bytes).end(),
-                   {"opening: ERROR: Header is not an ELF file", "sector 3: ERROR: Header is not an ELF file",
-                    "sector 4: there is no symbol table, and no empty string in the string table"},
-                   "6 sectors, 3 findings");
+    expectFindings(
+        sound().elf(1, 0, "text").elf(1, 0, tables.build().bytes).end(),
+        {"opening: ERROR: Header is not an ELF file", "sector 3: ERROR: Header is not an ELF file",
+         "sector 4: without a symbol table, strings must hold the empty text; the reader stops at these"},
+        "6 sectors, 3 findings");
+}
+
+TEST_F(ImageCheckTest, FindsSymbolsOfSectionsThatAreNotThere) {
+    ElfBuilder elf;
+    elf.addSymbol({.name = "lost", .section = 77});
+    expectFindings(sound().elf(1, 0, elf.build().bytes).end(),
+                   {"sector 3: Invalid section table index for symbol 'lost'"}, "5 sectors, 1 finding");
 }
 
 TEST_F(ImageCheckTest, FindsCoresThatTheNetworkDoesNotHave) {
