@@ -7,6 +7,7 @@
 #include "tools/zetool/pins/PinsCommands.h"
 #include "tools/zetool/plan/PlanCommands.h"
 #include "tools/zetool/pll/PllCommands.h"
+#include "tools/zetool/target/TargetCommands.h"
 #include "tools/zetool/wave/WaveCommands.h"
 #include "tools/zetool/xml/XmlCommands.h"
 #include "tools/zetool/zn/ZnCommands.h"
@@ -21,6 +22,7 @@ std::span<const NounRow> allNouns() {
         {"pins", "Pin maps: pins of the package, ports and links.", pinsCommands()},
         {"pll", "Clocks: the dividers and registers of a device's PLL.", pllCommands()},
         {"xml", "XML documents as networks and configurations are read.", xmlCommands()},
+        {"target", "Targets: what the paths of the environment hold.", targetCommands()},
         {"plan", "What a run of the wave plugin would show, before the run.", planCommands()},
         {"wave", "Waveforms: the viewers that people have, and their troubles.", waveCommands()},
         {"generate", "What packages ship beside the program.", generateCommands(), true},
