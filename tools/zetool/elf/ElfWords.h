@@ -12,8 +12,9 @@
 // The words in which ELF files are shown: those of readelf, which readers of such lists know, and the tool
 // chain's own where readelf has none.
 
-// Names are shown up to this length: a file may let each symbol have the whole of its strings as name.
-inline constexpr std::size_t s_longestName = 10'000;
+// Names are shown up to these lengths: a file may let each symbol have the whole of its strings as name.
+inline constexpr std::size_t s_longestName = 4096;
+inline constexpr std::size_t s_longestNameInMessage = 200;
 
 // A name on a terminal: control characters as ^A; "<corrupt>" for one that isn't there.
 std::string shownText(std::string_view text);

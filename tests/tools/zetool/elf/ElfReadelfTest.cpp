@@ -24,7 +24,7 @@ constexpr SourceRow s_sources[] = {
      "static void* resolver(void) { return caller; }\n"
      "int indirect(void) __attribute__((ifunc(\"resolver\")));\n"
      "int control __asm__(\"c\\x01trl\");\n",
-     "-fcommon"},
+     "-c -fcommon"},
     {"sections.cpp",
      "struct Base { virtual ~Base(); virtual int f(); };\n"
      "Base::~Base() {}\n"
@@ -34,14 +34,17 @@ constexpr SourceRow s_sources[] = {
      "int use(Holder<Base*>& h) { return h.get()->f() + shared(); }\n"
      "static Base atStart;\n"
      "const char* texts[] = {\"one\", \"two\"};\n",
-     "-ffunction-sections -fdata-sections -g"},
+     "-c -ffunction-sections -fdata-sections -g"},
     {"assembler.s",
      ".globl start\n.type start,@function\nstart: nop\n.size start, 1\n.set absolute, 0x1234\n.globl "
      "absolute\n"
      ".comm room, 64, 16\n.weak maybe\n.long maybe - .\n.hidden far\n.long far\n.section .odd,\"ax\",@note\n"
      "inOdd: .long start + 4\n",
-     ""},
-    {"empty.c", "", "-fno-addrsig"},
+     "-c"},
+    {"empty.c", "", "-c -fno-addrsig"},
+    // Linked, with section names in a table of their own.
+    {"linked.c", "static int local; int data = 1; int _start(void) { return local + data; }\n",
+     "-nostdlib -static"},
 };
 
 std::string reduced(const std::string& line) {
@@ -88,7 +91,7 @@ class ElfReadelf : public testing::TestWithParam<SourceRow> {
 protected:
     ElfReadelf() {
         folder.write(GetParam().file, GetParam().text);
-        const ChildResult result = zetoolShell(folder.path(), std::string("clang -m32 -c -o a.o ") +
+        const ChildResult result = zetoolShell(folder.path(), std::string("clang -m32 -o a.o ") +
                                                                   GetParam().options + " " + GetParam().file);
         EXPECT_EQ(result.exitStatus, 0) << result.error;
     }
@@ -142,3 +145,20 @@ INSTANTIATE_TEST_SUITE_P(Sources, ElfReadelf, testing::ValuesIn(s_sources), [](c
     const std::string file = info.param.file;
     return file.substr(0, file.find('.'));
 });
+
+TEST(ElfCheckOfObjects, FindsNothingInWhatThePluginReads) {
+    const TemporaryFolder folder;
+    folder.write("a.cpp", "struct Base { virtual ~Base(); virtual int f(); };\n"
+                          "Base::~Base() {}\n"
+                          "int Base::f() { return 1; }\n"
+                          "inline int shared() { static int count = Base().f(); return ++count; }\n"
+                          "thread_local int local;\n"
+                          "int use() { return shared() + ++local; }\n");
+    for (const char* options : {"-O0", "-O2 -g", "-ffunction-sections -fdata-sections", "-fpic"}) {
+        const std::string compile = "clang -m32 -c -fno-addrsig -o a.o a.cpp ";
+        ASSERT_EQ(zetoolShell(folder.path(), compile + options).exitStatus, 0);
+        const ChildResult result = zetoolShell(folder.path(), "zetool elf check a.o");
+        EXPECT_EQ(result.output, "a.o: nothing is wrong\n") << options;
+        EXPECT_EQ(result.exitStatus, 0) << options;
+    }
+}
