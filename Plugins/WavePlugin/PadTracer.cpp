@@ -51,5 +51,5 @@ void PadTracer::pollPads() {
 std::string PadTracer::padName(unsigned int pad) {
     TracePadState state{};
     m_callbacks->getPadState(pad, &state);
-    return rationaliseName(state.name);
+    return rationaliseName(state.name ? state.name : s_unnamed);
 }

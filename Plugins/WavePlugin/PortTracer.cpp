@@ -98,6 +98,8 @@ void PortTracer::traceVariables(FILE* fp, bool* firstChange) {
 TracePortState PortTracer::portState(unsigned int port) {
     TracePortState state{};
     m_callbacks->getPortState(m_pid, port, &state);
+    if (!state.name)
+        state.name = s_unnamed;
     return state;
 }
 

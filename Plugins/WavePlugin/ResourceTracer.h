@@ -70,6 +70,9 @@ public:
     // The identifier of a signal. Valid until the next call.
     char* getTag(const char* prefix, const char* suffix, unsigned int index);
 
+    // The name of a resource for which the simulator gives none.
+    static constexpr const char* s_unnamed = "(null)";
+
     // The name with each colon replaced by an underscore.
     std::string rationaliseName(const char* name);
 

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <vector>
 
-// A simulated device of 1,063 signals, as fast as its callbacks can be: 64 ports, 8 threads, 6 clock blocks,
-// 10 timers and an instruction stream on one core, and 8 pads. Its state lies in words of its own, which the
-// callbacks copy one by one, as a simulator's would.
+// A simulated device of 1,072 signals, as fast as its callbacks can be: 64 ports, 8 threads and their
+// functions, 6 clock blocks, 10 timers, the cycle count and an instruction stream on one core, and 8 pads.
+// Its state lies in words of its own, which the callbacks copy one by one, as a simulator's would.
 class Device {
 public:
     static constexpr unsigned int s_ports = 64;
@@ -22,10 +22,12 @@ public:
     static constexpr unsigned int s_clockBlockSignals = 5;
     static constexpr unsigned int s_timerSignals = 3;
     static constexpr unsigned int s_instructionSignals = 3;
+    static constexpr unsigned int s_cycleSignals = 1;
     static constexpr unsigned int s_signals = s_ports * s_portSignals + s_threads * s_threadSignals +
                                               s_clockBlocks * s_clockBlockSignals +
-                                              s_timers * s_timerSignals + s_instructionSignals + s_pads;
-    static_assert(s_signals == 1063);
+                                              s_timers * s_timerSignals + s_instructionSignals + s_pads +
+                                              s_cycleSignals + s_threads; // a function a thread
+    static_assert(s_signals == 1072);
 
     // There is one device: the callbacks carry no context.
     static TracePluginCallbacks* callbacks();

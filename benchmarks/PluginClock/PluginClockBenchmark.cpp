@@ -13,6 +13,7 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -114,11 +115,20 @@ public:
         for (int i = 0; i < 8; ++i)
             mnemonic = mnemonic << 8 | static_cast<unsigned char>(state.mnemonic[i]);
         compare(mnemonic);
+        compare(callbacks->getCycleCount());
+        // The function of the thread that executed.
+        callbacks->getInstructionState(0, 0, &state);
+        std::string& function = m_functions[state.thread];
+        if (function != state.functionName) {
+            ++changed;
+            function = state.functionName;
+        }
         return changed;
     }
 
 private:
     std::vector<std::uint64_t> m_cache;
+    std::array<std::string, Device::s_threads> m_functions;
 };
 
 // ---------------------------------------------------------------- the floor of a busy clock
@@ -146,8 +156,10 @@ class Benchmark {
 public:
     Benchmark() {
         const std::string image = m_folder.write("image.ze", imageOfCores("stdcore[0] 0 0\n"));
-        const std::string arguments = "-ze '" + image + "' -o '" + m_folder.file("wave.vcd") +
-                                      "' -pads -ports-detailed -threads -clock-blocks -timers -instructions";
+        const std::string arguments =
+            "-ze '" + image + "' -o '" + m_folder.file("wave.vcd") +
+            "' -pads -ports-detailed -threads -clock-blocks -timers -cycles -instructions "
+            "-functions";
         m_instance = PluginInitialise(Device::callbacks(), arguments.c_str());
         PluginClock(m_instance); // the instructions' first values
     }

@@ -54,6 +54,15 @@ TEST(PadTracer, ReplacesAColonInDeclarationAndHierarchyAlike) {
                              "$var wire 1 paa0 bank__Pad0 $end\n");
 }
 
+TEST(PadTracer, DeclaresAPadWithoutAName) {
+    StubSimulator simulator;
+    simulator.pads = {StubSimulator::pad(nullptr)};
+    PadTracer tracer(simulator.callbacks());
+    const MemoryStream stream;
+    tracer.declareVariables(stream);
+    EXPECT_EQ(stream.text(), "$var wire 1 paa0 (null) $end\n");
+}
+
 TEST(PadTracer, AsksForTheCountOnce) {
     StubSimulator simulator;
     simulator.pads = {StubSimulator::pad("Pad0")};

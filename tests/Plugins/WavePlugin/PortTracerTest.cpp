@@ -153,6 +153,18 @@ TEST_F(PortTracerTest, ListsFourteenOfFifteenSignalsInDetail) {
               "            </Category>\n");
 }
 
+TEST_F(PortTracerTest, NamesAPortWithoutANameAlikeInDeclarationAndHierarchy) {
+    ports = {fullPort()};
+    ports[0].name = nullptr;
+    PortTracer tracer(simulator.callbacks(), 0, "main", s_basic);
+    const MemoryStream stream;
+    StructureFileWriter writer(stream, simulator.callbacks(), nullptr);
+    tracer.dumpSignalHierarchy(&writer);
+    EXPECT_THAT(stream.text(), testing::HasSubstr("main_(null)_inuse"));
+    tracer.declareVariables(stream);
+    EXPECT_THAT(stream.text(), testing::HasSubstr(" main_(null)_inuse $end\n"));
+}
+
 TEST_F(PortTracerTest, AsksForTheCountAgainForTheHierarchyAlone) {
     ports = {fullPort()};
     PortTracer tracer(simulator.callbacks(), 0, "stdcore[0]", s_basic);
