@@ -9,6 +9,7 @@
 // process.
 
 #include "infr_libs/ElfHandler/ElfHandler.h"
+#include "benchmarks/support/ProcessCost.h"
 #include "infr_libs/ElfHandler/ElfSymbol.h"
 #include "infr_libs/ErrorHandler/ErrorHandler.h"
 #include "tests/support/TemporaryFolder.h"
@@ -17,11 +18,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
 #include <string>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -73,50 +70,16 @@ void listFile(const char* file) {
 
 // ---- Measuring ----
 
-struct Cost {
-    double ms = 1e9; // of the processors
-    double peakMb = 1e9;
-
-    void take(const Cost& other) {
-        ms = std::min(ms, other.ms);
-        peakMb = std::min(peakMb, other.peakMb);
-    }
-};
-
-Cost costOf(const std::vector<std::string>& words) {
-    std::vector<char*> arguments;
-    for (const std::string& word : words)
-        arguments.push_back(const_cast<char*>(word.c_str()));
-    arguments.push_back(nullptr);
-    const pid_t child = fork();
-    if (child == 0) {
-        dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
-        execvp(arguments[0], arguments.data());
-        std::_Exit(127);
-    }
-    int status = 0;
-    rusage usage{};
-    if (child < 0 || wait4(child, &status, 0, &usage) != child || status != 0) {
-        std::fprintf(stderr, "%s failed\n", words.front().c_str());
-        std::exit(1);
-    }
-    const auto milliseconds = [](const timeval& time) {
-        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
-    };
-    return {milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime),
-            static_cast<double>(usage.ru_maxrss) / 1024};
-}
-
 struct Row {
     const char* name;
     std::vector<std::string> words;
-    Cost best = {};
+    ProcessCost best = {};
 };
 
 void compare(const char* self, const char* numSymbols) {
     const TemporaryFolder folder;
     const std::string file = folder.file("image.elf");
-    const Cost make = costOf({self, "make", file, numSymbols});
+    const ProcessCost make = costOf({self, "make", file, numSymbols});
     std::printf("%s symbols, a file of %.1f MB, built and written in %.0f ms with %.0f MB\n\n", numSymbols,
                 static_cast<double>(std::filesystem::file_size(file)) / 1e6, make.ms, make.peakMb);
 
@@ -131,7 +94,7 @@ void compare(const char* self, const char* numSymbols) {
         for (Row& row : rows)
             row.best.take(costOf(row.words));
     }
-    const Cost& ours = rows[1].best;
+    const ProcessCost& ours = rows[1].best;
     std::printf("%-22s %10s %10s %12s %12s\n", "", "time, ms", "peak, MB", "ours / time", "ours / peak");
     for (const Row& row : rows)
         std::printf("%-22s %10.0f %10.0f %12.2f %12.2f\n", row.name, row.best.ms, row.best.peakMb,

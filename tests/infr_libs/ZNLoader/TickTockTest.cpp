@@ -1,6 +1,7 @@
 #include "infr_libs/ZNLoader/TickTock_G4.h"
 #include "infr_libs/ZNLoader/TickTock_L1.h"
 #include "infr_libs/ZNLoader/ZNUtils.h"
+#include "tests/support/ThrownBy.h"
 
 #include <gtest/gtest.h>
 
@@ -23,16 +24,6 @@ public:
 
 using G4 = Planner<TickTock_G4>;
 using L1 = Planner<TickTock_L1>;
-
-// The text that the body throws, or "none".
-std::string thrownBy(const std::function<void()>& body) {
-    try {
-        body();
-    } catch (const std::string& text) {
-        return text;
-    }
-    return "none";
-}
 
 struct WorkedValue {
     unsigned input;
