@@ -63,7 +63,9 @@ if(ZELM_WERROR)
 endif()
 
 # The tests' own code isn't optimised: half of a build's time would go into that. What they test is, as shipped.
-set(ZELM_TEST_OPTIONS -O0)
+if(NOT ZELM_SANITIZE) # whose checks are too slow without
+  set(ZELM_TEST_OPTIONS -O0)
+endif()
 
 # zelm_library(<name> SOURCES <file>... [LIBRARIES <library>...])
 # One static library a folder; what it names under LIBRARIES may be included by its headers.
