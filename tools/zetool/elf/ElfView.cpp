@@ -118,7 +118,8 @@ std::optional<std::string_view> ElfView::sectionName(const ElfSectionHeader& sec
 std::string ElfView::sectionPlace(const ElfSectionHeader& section) const {
     std::string place = "section " + std::to_string(section.getNum());
     const std::optional<std::string_view> name = sectionName(section);
-    return name && !name->empty() ? place + " '" + std::string(name->substr(0, s_longestNameInMessage)) + "'" : place;
+    return name && !name->empty() ? place + " '" + std::string(name->substr(0, s_longestNameInMessage)) + "'"
+                                  : place;
 }
 
 std::size_t ElfView::numSymbols(const ElfSectionHeader& table) const {
