@@ -30,8 +30,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Many rounds, each shorter than a time slice, plugin and floor by turns; the best of each counts: other
-// programs slow a round down, nothing speeds one up.
+// Many rounds, each shorter than a time slice, plugin and floor by turns. The median of the rounds' ratios
+// counts: a processor that changes its speed on the way changes it for both halves of nearly every round.
 constexpr int s_rounds = 400;
 constexpr unsigned int s_idleClocksOfARound = 1000;
 constexpr unsigned int s_changesOfARound = 1000;
@@ -152,6 +152,34 @@ std::vector<std::string_view> writes(std::string_view clocks) {
 
 // ---------------------------------------------------------------- measuring
 
+// The rounds of one row, in nanoseconds a clock.
+class Rounds {
+public:
+    void add(double plugin, double floor) {
+        m_plugin.push_back(plugin);
+        m_floor.push_back(floor);
+        m_ratio.push_back(plugin / floor);
+    }
+
+    // `parts` is what a clock's time is divided by in the column behind it.
+    void print(const char* name, unsigned int changes, double parts, const char* floor) {
+        const double plugin = median(m_plugin);
+        std::printf("%-8s %10u %12.0f %14.2f   %-24s %12.0f %8.2f\n", name, changes, plugin, plugin / parts,
+                    floor, median(m_floor), median(m_ratio));
+    }
+
+private:
+    static double median(std::vector<double>& values) {
+        const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+        std::nth_element(values.begin(), middle, values.end());
+        return *middle;
+    }
+
+    std::vector<double> m_plugin;
+    std::vector<double> m_floor;
+    std::vector<double> m_ratio;
+};
+
 class Benchmark {
 public:
     Benchmark() {
@@ -176,8 +204,7 @@ public:
     void measureIdle() {
         constexpr unsigned int clocks = s_idleClocksOfARound;
         PlainLoop plainLoop;
-        double plugin = 1e18;
-        double floor = 1e18;
+        Rounds rounds;
         unsigned int changed = 0;
         for (int round = 0; round < s_rounds; ++round) {
             const auto begin = Clock::now();
@@ -187,21 +214,18 @@ public:
             for (unsigned int i = 0; i < clocks; ++i)
                 changed += plainLoop.poll();
             const auto end = Clock::now();
-            plugin = std::min(plugin, nanoseconds(middle - begin) / clocks);
-            floor = std::min(floor, nanoseconds(end - middle) / clocks);
+            rounds.add(nanoseconds(middle - begin) / clocks, nanoseconds(end - middle) / clocks);
         }
         if (changed != 0)
             std::abort();
-        std::printf("%-8s %10s %12.0f %14.2f   %-24s %12.0f %8.2f\n", "idle", "0", plugin,
-                    plugin / Device::s_signals, "poll and compare", floor, plugin / floor);
+        rounds.print("idle", 0, Device::s_signals, "poll and compare");
     }
 
     void measureChanges(const char* name, unsigned int changes) {
         const unsigned int clocks = s_changesOfARound / changes;
         const std::string bareName = m_folder.file("bare.vcd");
         const int bare = open(bareName.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        double plugin = 1e18;
-        double floor = 1e18;
+        Rounds rounds;
         for (int round = 0; round < s_rounds; ++round) {
             const auto before = std::filesystem::file_size(m_folder.file("wave.vcd"));
             Clock::duration time{};
@@ -211,7 +235,6 @@ public:
                 PluginClock(m_instance);
                 time += Clock::now() - begin;
             }
-            plugin = std::min(plugin, nanoseconds(time) / clocks);
 
             const std::string written = tail(before);
             const std::vector<std::string_view> pieces = writes(written);
@@ -220,11 +243,10 @@ public:
                 if (write(bare, piece.data(), piece.size()) != static_cast<ssize_t>(piece.size()))
                     std::abort();
             }
-            floor = std::min(floor, nanoseconds(Clock::now() - begin) / clocks);
+            rounds.add(nanoseconds(time) / clocks, nanoseconds(Clock::now() - begin) / clocks);
         }
         close(bare);
-        std::printf("%-8s %10u %12.0f %14.1f   %-24s %12.0f %8.2f\n", name, changes, plugin, plugin / changes,
-                    "bare write of the bytes", floor, plugin / floor);
+        rounds.print(name, changes, changes, "bare write of the bytes");
     }
 
 private:
