@@ -34,7 +34,9 @@ StandardNames::StandardNames(const VcdHeader& header, const WaveSignals& signals
         m_scopeOf[index] = scopeOf(header, signal);
         StandardScope& scope = m_scopes[m_scopeOf[index]];
         scope.signals.push_back(index);
-        m_names[index] = unique(scope, leaf == Leaf::Whole ? signal.variable->name : signal.nameInCore());
+        // In a file with scopes of its own, names are without their core already.
+        const bool isWhole = leaf == Leaf::Whole || signal.variable->scope != 0;
+        m_names[index] = unique(scope, isWhole ? signal.variable->name : signal.nameInCore());
         m_paths[index] = scope.path + (scope.path.empty() ? "" : ".") + m_names[index];
     }
 }

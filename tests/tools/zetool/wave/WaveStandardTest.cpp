@@ -229,6 +229,15 @@ TEST(WaveStandard, LeavesItsOwnOutputAsItIs) {
     EXPECT_EQ(twice.output, once);
 }
 
+TEST(WaveStandard, TakesACoresNameOffAnotherNameOnce) {
+    SampleWave wave;
+    wave.cores.emplace_back();
+    wave.cores[0].ports = {{"stdcore[0]_P", 1, ""}};
+    const std::string once = standard(wave.start() + "#1\n").output;
+    EXPECT_THAT(once, testing::HasSubstr(" stdcore_0_P_inuse $end\n"));
+    EXPECT_EQ(standard(once).output, once);
+}
+
 TEST(WaveStandard, TakesFilesOfOtherTools) {
     const ChildResult result =
         standard(other("$var wire 1 ! a $end\n"
