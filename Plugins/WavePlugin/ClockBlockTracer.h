@@ -3,7 +3,8 @@
 #include "Plugins/WavePlugin/TableTracer.h"
 
 // Shows the clock blocks of a core: whether each is in use, running and waited on, and its edges.
-class ClockBlockTracer : public TableTracer<TraceClockBlockState> {
+class ClockBlockTracer : public TableTracer<TraceClockBlockState, offsetof(TraceClockBlockState, inUse),
+                                            offsetof(TraceClockBlockState, reserved6)> {
 public:
     ClockBlockTracer(TracePluginCallbacks* callbacks, unsigned int pid, std::string coreName);
 

@@ -3,11 +3,13 @@
 #include "Plugins/WavePlugin/BinaryDigits.h"
 #include "Plugins/WavePlugin/StructureFileWriter.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
 
 constexpr unsigned int s_width = 32;
+constexpr std::size_t s_lineRoom = s_width + sizeof("b _4294967295\n"); // the line with the longest tag
 
 constexpr SignalDoc s_docs[] = {
     {".*CYCLES", "The current core clock cycle number", {}},
@@ -42,8 +44,12 @@ void CycleTracer::initialiseVariables(FILE* fp) {
 }
 
 void CycleTracer::traceVariables(FILE* fp, bool* firstChange) {
-    printCycles(fp, firstChange);
+    char text[s_timeLineRoom + s_lineRoom];
+    char* at = text;
+    if (*firstChange)
+        at = appendTimeLine(at, firstChange);
     writeBinary32(&m_line[1], m_callbacks->getCycleCount());
+    at = std::copy(m_line.begin(), m_line.end(), at);
     // Neither compared nor flushed, unlike the value lines of other tracers: wanted.
-    std::fwrite(m_line.data(), 1, m_line.size(), fp);
+    std::fwrite(text, 1, static_cast<std::size_t>(at - text), fp);
 }

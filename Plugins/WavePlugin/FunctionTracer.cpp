@@ -68,13 +68,13 @@ void FunctionTracer::initialiseVariables(FILE* fp) {
 }
 
 void FunctionTracer::traceVariables(FILE* fp, bool* firstChange) {
-    TraceInstructionState state{};
-    m_callbacks->getInstructionState(m_pid, 0, &state);
+    TraceInstructionState state;
+    getInstruction(&state);
     // Without an instruction all signals hold; only the thread that executed one can have moved.
     if (state.valid == 0 || !state.functionName || state.thread >= m_threadFunctions.size())
         return;
     ThreadFunction& last = m_threadFunctions[state.thread];
-    if (last.written && last.name == state.functionName)
+    if (last.written && std::strcmp(last.name.c_str(), state.functionName) == 0)
         return;
     last.name = state.functionName; // a copy: the text is gone with the next callback
 

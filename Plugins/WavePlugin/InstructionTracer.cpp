@@ -65,8 +65,8 @@ void InstructionTracer::initialiseVariables(FILE* fp) {
 }
 
 void InstructionTracer::traceVariables(FILE* fp, bool* firstChange) {
-    TraceInstructionState state{};
-    m_callbacks->getInstructionState(m_pid, 0, &state);
+    TraceInstructionState state;
+    getInstruction(&state);
     // Whether an instruction was executed isn't looked at, unlike for functions: wanted.
     const std::uint64_t mnemonic =
         state.mnemonic ? bytesToInt64(reinterpret_cast<const unsigned char*>(state.mnemonic)) : 0;

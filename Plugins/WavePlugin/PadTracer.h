@@ -3,7 +3,8 @@
 #include "Plugins/WavePlugin/TableTracer.h"
 
 // Shows the value on each pad of the device: the one tracer that belongs to no core.
-class PadTracer : public TableTracer<TracePadState> {
+class PadTracer
+    : public TableTracer<TracePadState, offsetof(TracePadState, value), offsetof(TracePadState, reserved2)> {
 public:
     explicit PadTracer(TracePluginCallbacks* callbacks);
 

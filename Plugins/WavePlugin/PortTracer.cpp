@@ -104,6 +104,7 @@ TracePortState PortTracer::portState(unsigned int port) {
 }
 
 void PortTracer::pollPorts() {
-    pollAll(
-        [this](unsigned int port, TracePortState* state) { m_callbacks->getPortState(m_pid, port, state); });
+    pollAll([getState = m_callbacks->getPortState, pid = m_pid](unsigned int port, TracePortState* state) {
+        getState(pid, port, state);
+    });
 }

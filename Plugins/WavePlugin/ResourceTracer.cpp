@@ -12,16 +12,16 @@
 namespace {
 
 constexpr unsigned int s_noCore = 0xffffffff;
-constexpr std::size_t s_textSize = 1024;  // of the texts that are valid until the next call
-constexpr unsigned int s_valueBits = 64;  // of every value; wider signals repeat them
-constexpr std::size_t s_decimalSize = 11; // of the longest 32-bit number, its sign included
+constexpr std::size_t s_textSize = 1024; // of the texts that are valid until the next call
+constexpr unsigned int s_valueBits = 64; // of every value; wider signals repeat them
 
 char* appendDecimal(char* at, std::uint32_t value) {
-    if (value < 10) { // nearly all that scalar lines show
+    constexpr std::ptrdiff_t longest = 11; // of a 32-bit number, its sign included
+    if (value < 10) {                      // nearly all that scalar lines show
         *at = static_cast<char>('0' + value);
         return at + 1;
     }
-    return std::to_chars(at, at + s_decimalSize, static_cast<std::int32_t>(value)).ptr;
+    return std::to_chars(at, at + longest, static_cast<std::int32_t>(value)).ptr;
 }
 
 char* append(char* at, std::string_view text) {
@@ -65,6 +65,7 @@ std::string ResourceTracer::rationaliseName(const char* name) {
 
 std::uint64_t ResourceTracer::bytesToInt64(const unsigned char* bytes) {
     std::uint64_t value = 0;
+#pragma GCC unroll 8 // then it is one load
     for (int i = 0; i < 8; ++i)
         value = value << CHAR_BIT | bytes[i];
     return value;
@@ -94,19 +95,27 @@ char* ResourceTracer::getBinaryValueString(const char* text, unsigned int numByt
     return s_text;
 }
 
+void ResourceTracer::getInstruction(TraceInstructionState* state) {
+    std::memset(state, 0, offsetof(TraceInstructionState, reserved6));
+    m_callbacks->getInstructionState(m_pid, 0, state);
+}
+
 void ResourceTracer::printCycles(FILE* fp, bool* firstChange) {
     LineStream stream(fp);
     printCycles(stream, firstChange);
 }
 
-void ResourceTracer::writeTimeLine(LineStream& stream, bool* firstChange) {
-    char line[s_decimalSize + 2];
-    char* at = line;
+char* ResourceTracer::appendTimeLine(char* at, bool* firstChange) {
     *at++ = '#';
     at = appendDecimal(at, m_callbacks->getCycleCount());
     *at++ = '\n';
-    stream.writeLater(line, static_cast<std::size_t>(at - line));
     *firstChange = false;
+    return at;
+}
+
+void ResourceTracer::writeTimeLine(LineStream& stream, bool* firstChange) {
+    char line[s_timeLineRoom];
+    stream.writeLater(line, static_cast<std::size_t>(appendTimeLine(line, firstChange) - line));
 }
 
 void ResourceTracer::output(FILE* fp, unsigned int width, std::uint64_t value, const char* prefix,

@@ -116,6 +116,14 @@ protected:
     }
     void output(LineStream& stream, unsigned int width, std::uint64_t value, const Identifier& identifier);
 
+    // Writes the time line to memory, clears the flag, and returns the line's end.
+    char* appendTimeLine(char* at, bool* firstChange);
+    static constexpr std::size_t s_timeLineRoom = 13; // a number of 32 bits with its sign, and two more
+
+    // The instruction that the core executed in this clock. Words that the simulator leaves alone read as
+    // zero, those without a name hold nothing defined: clearing them too would take as long as all else here.
+    void getInstruction(TraceInstructionState* state);
+
     TracePluginCallbacks* m_callbacks; // the simulator's; not owned
     unsigned int m_pid;                // packed core id; all bits set: no core
     std::string m_name;                // the core's, from the network; empty: no core

@@ -4,9 +4,11 @@
 #include "Plugins/WavePlugin/StructureFileWriter.h"
 #include "Plugins/WavePlugin/WideCompare.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
+#include <cstring>
 #include <span>
 #include <string>
 #include <utility>
@@ -38,7 +40,10 @@ struct SignalValue {
 // What a record can't say word by word (a width that depends on the state, a number that shows as a text)
 // the tracer says with a reader: a function that takes a record, once for each record that is written, and
 // gives a function from row to `SignalValue`.
-template<typename State>
+//
+// `Begin` and `End` are offsets into a record: all shown words stand between, and the closer the two the
+// better, since what stands between is compared on every clock.
+template<typename State, std::size_t Begin, std::size_t End>
 class TableTracer : public ResourceTracer {
 protected:
     using Row = SignalRow<State>;
@@ -105,23 +110,29 @@ protected:
     // begins as zeros and is the same on every clock; what it points to isn't used.
     template<typename Poll>
     void pollAll(const Poll& poll) {
-        Record* const polled = m_polled.data();
+        State* const polled = m_polled.data();
         for (unsigned int resource = 0, count = m_count; resource < count; ++resource)
-            poll(resource, &polled[resource].state);
+            poll(resource, &polled[resource]);
     }
 
     // Writes the signals of which the polled word isn't the one last written.
     template<typename Reader>
     void writeChanges(FILE* fp, bool* firstChange, const Reader& reader) {
         LineStream stream(fp);
-        const Record* const polled = m_polled.data();
-        const Record* const written = m_written.data();
-        const std::uint32_t shownWords = m_shownWords;
-        for (unsigned int resource = 0, count = m_count; resource < count; ++resource) {
-            const std::uint32_t words = wordsToWrite(polled[resource], written[resource], shownWords);
-            if (words != 0) [[unlikely]]
-                writeRows(stream, firstChange, resource, rowsOf(words), reader);
-        }
+        const auto visit = [&](const auto& same) {
+            const State* const polled = m_polled.data();
+            const Written* const written = m_written.data();
+            for (unsigned int resource = 0, count = m_count; resource < count; ++resource) {
+                if (!same(comparedBytes(polled[resource]), &written[resource])) [[unlikely]]
+                    writeRows(stream, firstChange, resource, rowsToWrite(resource), reader);
+            }
+        };
+        if (!m_hiddenWordsChange)
+            visit([](const void* now, const void* before) { return sameRecord<s_pieces>(now, before); });
+        else
+            visit([shown = &m_shownBits](const void* now, const void* before) {
+                return sameRecord<s_pieces>(now, before, shown);
+            });
     }
 
     void writeChanges(FILE* fp, bool* firstChange) { writeChanges(fp, firstChange, asRecorded); }
@@ -132,11 +143,17 @@ protected:
     };
 
 private:
-    struct alignas(16) Record {
-        State state;
+    static constexpr std::size_t s_pieces = piecesOf(End - Begin);
+
+    // As much of a record as is compared.
+    struct alignas(s_pieceBytes) Written {
+        std::byte bytes[s_pieces * s_pieceBytes];
     };
-    static constexpr unsigned int s_words = 2 * s_comparedWords; // of a record that are compared
-    static_assert(sizeof(Record) >= s_words * sizeof(std::uint32_t));
+    static_assert(Begin + sizeof(Written) <= sizeof(State));
+
+    static const std::byte* comparedBytes(const State& state) {
+        return reinterpret_cast<const std::byte*>(&state) + Begin;
+    }
 
     void prepare() {
         m_polled.resize(m_count);
@@ -144,9 +161,11 @@ private:
         const State probe{};
         for (std::size_t i = 0; i < m_rows.size(); ++i) {
             const auto* field = reinterpret_cast<const std::byte*>(&(probe.*m_rows[i].field));
-            const auto offset = static_cast<std::size_t>(field - reinterpret_cast<const std::byte*>(&probe));
-            const std::size_t word = offset / sizeof(std::uint32_t);
+            const std::size_t word =
+                static_cast<std::size_t>(field - comparedBytes(probe)) / sizeof(std::uint32_t);
             m_shownWords |= 1U << word;
+            std::fill_n(m_shownBits.bytes + word * sizeof(std::uint32_t), sizeof(std::uint32_t),
+                        std::byte{0xff});
             m_rowOfWord[word] = static_cast<std::uint8_t>(i);
         }
         m_identifiers.reserve(m_count * m_rows.size());
@@ -156,31 +175,23 @@ private:
         }
     }
 
-    // One bit a word that some row shows and that differs.
-    static std::uint32_t wordsToWrite(const Record& polled, const Record& written, std::uint32_t shownWords) {
-        std::uint32_t words = changedWords(&polled, &written);
-        if (shownWords >> s_comparedWords != 0) {
-            constexpr std::size_t upper = s_comparedWords * sizeof(std::uint32_t);
-            words |= changedWords(reinterpret_cast<const std::byte*>(&polled) + upper,
-                                  reinterpret_cast<const std::byte*>(&written) + upper)
-                     << s_comparedWords;
-        }
-        return words & shownWords;
-    }
-
-    // The rows that show these words, as one bit a row.
-    std::uint32_t rowsOf(std::uint32_t words) const {
+    // The rows that show a word which isn't the one last written, as one bit a row.
+    std::uint32_t rowsToWrite(unsigned int resource) {
+        std::uint32_t words = changedWords<s_pieces>(comparedBytes(m_polled[resource]), &m_written[resource]);
+        if ((words & ~m_shownWords) != 0)
+            m_hiddenWordsChange = true; // they may do so on every clock
         std::uint32_t rows = 0;
-        for (; words != 0; words &= words - 1)
+        for (words &= m_shownWords; words != 0; words &= words - 1)
             rows |= 1U << m_rowOfWord[static_cast<std::size_t>(std::countr_zero(words))];
         return rows;
     }
 
+    // Writes some rows of a resource; the others show what they showed before. All that is compared is
+    // remembered, also words that no row shows: what a simulator keeps there mustn't differ for ever.
     template<typename Reader>
     void writeRows(LineStream& stream, bool* firstChange, unsigned int resource, std::uint32_t rows,
                    const Reader& reader) {
-        const State& polled = m_polled[resource].state;
-        State& written = m_written[resource].state;
+        const State& polled = m_polled[resource];
         const Row* const table = m_rows.data();
         const Identifier* const identifiers = &m_identifiers[resource * m_rows.size()];
         const auto read = reader(polled);
@@ -190,16 +201,18 @@ private:
             const SignalValue signal = read(row);
             printCycles(stream, firstChange);
             output(stream, signal.width, signal.value, identifiers[i]);
-            written.*row.field = polled.*row.field;
         }
+        std::memcpy(&m_written[resource], comparedBytes(polled), sizeof(Written));
     }
 
     const char* m_letterPrefix; // what the tracer's identifiers begin with
     std::span<const Row> m_rows;
-    unsigned int m_count;                               // of resources; fixed for the whole run
-    std::vector<Record> m_polled;                       // the states of this clock
-    std::vector<Record> m_written;                      // shown words: as last written; others: unused
-    std::vector<Identifier> m_identifiers;              // by resource, then by row
-    std::uint32_t m_shownWords = 0;                     // one bit a word
-    std::array<std::uint8_t, s_words> m_rowOfWord = {}; // for shown words
+    unsigned int m_count;                          // of resources; fixed for the whole run
+    std::vector<State> m_polled;                   // the states of this clock
+    std::vector<Written> m_written;                // what was last written
+    std::vector<Identifier> m_identifiers;         // by resource, then by row
+    std::uint32_t m_shownWords = 0;                // one bit a word, from Begin on
+    Written m_shownBits = {};                      // the same, all bits of each word
+    bool m_hiddenWordsChange = false;              // whether a word that no row shows was ever seen to change
+    std::array<std::uint8_t, 32> m_rowOfWord = {}; // for shown words
 };

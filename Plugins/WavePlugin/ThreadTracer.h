@@ -3,7 +3,8 @@
 #include "Plugins/WavePlugin/TableTracer.h"
 
 // Shows the hardware threads of a core: whether each is in use, whether it waits, and on what.
-class ThreadTracer : public TableTracer<TraceThreadState> {
+class ThreadTracer : public TableTracer<TraceThreadState, offsetof(TraceThreadState, inUse),
+                                        offsetof(TraceThreadState, reserved13)> {
 public:
     ThreadTracer(TracePluginCallbacks* callbacks, unsigned int pid, std::string coreName);
 

@@ -3,7 +3,8 @@
 #include "Plugins/WavePlugin/TableTracer.h"
 
 // Shows the timers of a core: the current time of each, whether it is in use, whether threads wait on it.
-class TimerTracer : public TableTracer<TraceTimerState> {
+class TimerTracer : public TableTracer<TraceTimerState, offsetof(TraceTimerState, time),
+                                       offsetof(TraceTimerState, reserved5)> {
 public:
     TimerTracer(TracePluginCallbacks* callbacks, unsigned int pid, std::string coreName);
 

@@ -1,10 +1,12 @@
 // What a clock costs, side by side with its floors in the same run: an idle clock against the plain loop
 // that polls the same records and compares each field with a 64-bit cache, a clock with changes against the
-// bare writes of the same bytes. Ratios hold from machine to machine, times don't.
+// bare writes of the same bytes. With cycles no clock is without bytes: there the idle clock's floor is the
+// plain loop and the bare writes. Ratios hold from machine to machine, times don't.
 //
 // usage: PluginClockBenchmark                  measure, and print a table
-//        PluginClockBenchmark CLOCKS CHANGES   play so many clocks with so many changes each, and print
-//                                              nothing: for a tool that counts instructions
+//        PluginClockBenchmark CLOCKS CHANGES   play so many clocks with so many changes each, plugin and
+//                                              plain loop, and print nothing: for a tool that counts
+//                                              instructions
 
 #include "benchmarks/PluginClock/Device.h"
 #include "Plugins/WavePlugin/WavePlugin.h"
@@ -35,6 +37,8 @@ using Clock = std::chrono::steady_clock;
 constexpr int s_rounds = 400;
 constexpr unsigned int s_idleClocksOfARound = 1000;
 constexpr unsigned int s_changesOfARound = 1000;
+
+constexpr std::size_t s_bufferSize = 4096; // of the waveform's stream, in bytes
 
 double nanoseconds(Clock::duration time) {
     return std::chrono::duration<double, std::nano>(time).count();
@@ -136,8 +140,8 @@ private:
 
 // ---------------------------------------------------------------- the floor of a busy clock
 
-// The pieces in which a waveform's clocks reach the file: each ends behind a value line, and what stands
-// before the line (the end of the last clock, the time line) goes with it.
+// The pieces in which a waveform's clocks with changes reach the file: each ends behind a value line, and
+// what stands before the line (the end of the last clock, the time line) goes with it.
 std::vector<std::string_view> writes(std::string_view clocks) {
     std::vector<std::string_view> pieces;
     std::size_t begin = 0;
@@ -152,6 +156,37 @@ std::vector<std::string_view> writes(std::string_view clocks) {
     }
     return pieces;
 }
+
+// The pieces in which clocks without changes reach the file: the stream's buffer by the buffer.
+std::vector<std::string_view> buffersOf(std::string_view clocks) {
+    std::vector<std::string_view> pieces;
+    for (; !clocks.empty(); clocks.remove_prefix(pieces.back().size()))
+        pieces.push_back(clocks.substr(0, s_bufferSize));
+    return pieces;
+}
+
+// A file that takes pieces, and nothing else.
+class BareFile {
+public:
+    explicit BareFile(const std::string& name)
+        : m_descriptor(open(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600)) {}
+    ~BareFile() { close(m_descriptor); }
+    BareFile(const BareFile&) = delete;
+    BareFile& operator=(const BareFile&) = delete;
+
+    // How long it took.
+    Clock::duration take(const std::vector<std::string_view>& pieces) {
+        const auto begin = Clock::now();
+        for (const std::string_view piece : pieces) {
+            if (write(m_descriptor, piece.data(), piece.size()) != static_cast<ssize_t>(piece.size()))
+                std::abort();
+        }
+        return Clock::now() - begin;
+    }
+
+private:
+    int m_descriptor;
+};
 
 // ---------------------------------------------------------------- measuring
 
@@ -198,18 +233,22 @@ public:
     ~Benchmark() { PluginTerminate(m_instance); }
 
     void play(unsigned int clocks, unsigned int changes) {
+        PlainLoop plainLoop(m_all);
         for (unsigned int i = 0; i < clocks; ++i) {
             Device::step(changes);
             PluginClock(m_instance);
+            plainLoop.poll();
         }
     }
 
     void measureIdle() {
         constexpr unsigned int clocks = s_idleClocksOfARound;
         PlainLoop plainLoop(m_all);
+        BareFile bare(m_folder.file("bare.vcd"));
         Rounds rounds;
         unsigned int changed = 0;
         for (int round = 0; round < s_rounds; ++round) {
+            const auto before = waveformSize();
             const auto begin = Clock::now();
             for (unsigned int i = 0; i < clocks; ++i)
                 PluginClock(m_instance);
@@ -217,20 +256,21 @@ public:
             for (unsigned int i = 0; i < clocks; ++i)
                 changed += plainLoop.poll();
             const auto end = Clock::now();
-            rounds.add(nanoseconds(middle - begin) / clocks, nanoseconds(end - middle) / clocks);
+            const std::string written = tail(before);
+            const auto writing = bare.take(buffersOf(written));
+            rounds.add(nanoseconds(middle - begin) / clocks, nanoseconds(end - middle + writing) / clocks);
         }
         if (changed != 0)
             std::abort();
-        rounds.print("idle", 0, Device::s_signals, "poll and compare");
+        rounds.print("idle", 0, Device::s_signals, m_all ? "poll, compare, write" : "poll and compare");
     }
 
     void measureChanges(const char* name, unsigned int changes) {
         const unsigned int clocks = s_changesOfARound / changes;
-        const std::string bareName = m_folder.file("bare.vcd");
-        const int bare = open(bareName.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        BareFile bare(m_folder.file("bare.vcd"));
         Rounds rounds;
         for (int round = 0; round < s_rounds; ++round) {
-            const auto before = std::filesystem::file_size(m_folder.file("wave.vcd"));
+            const auto before = waveformSize();
             Clock::duration time{};
             for (unsigned int i = 0; i < clocks; ++i) {
                 Device::step(changes);
@@ -240,19 +280,14 @@ public:
             }
 
             const std::string written = tail(before);
-            const std::vector<std::string_view> pieces = writes(written);
-            const auto begin = Clock::now();
-            for (const std::string_view piece : pieces) {
-                if (write(bare, piece.data(), piece.size()) != static_cast<ssize_t>(piece.size()))
-                    std::abort();
-            }
-            rounds.add(nanoseconds(time) / clocks, nanoseconds(Clock::now() - begin) / clocks);
+            rounds.add(nanoseconds(time) / clocks, nanoseconds(bare.take(writes(written))) / clocks);
         }
-        close(bare);
         rounds.print(name, changes, changes, "bare write of the bytes");
     }
 
 private:
+    std::uintmax_t waveformSize() const { return std::filesystem::file_size(m_folder.file("wave.vcd")); }
+
     // What the waveform has from a place on.
     std::string tail(std::uintmax_t from) const {
         std::ifstream waveform(m_folder.file("wave.vcd"), std::ios::binary);

@@ -297,6 +297,23 @@ TEST_F(PortTracerTest, TheDetailedSignalsDoNotExistWithoutDetail) {
                                "$end\n\n");
 }
 
+TEST_F(PortTracerTest, ChangesAreSeenBesideWordsThatChangeUnshownOnEveryClock) {
+    ports = {StubSimulator::port("P1", 1), StubSimulator::port("P2", 1)};
+    const PluginResult result = runPlugin(simulator, "-ports", [&](unsigned int id) {
+        for (unsigned int clock = 1; clock <= 6; ++clock) {
+            simulator.cycle = clock;
+            for (TracePortState& port : ports)
+                port.transferRegister = port.shiftRegister = port.counter = clock;
+            if (clock == 3)
+                ports[1].value = 1;
+            if (clock == 5)
+                ports[0].inUse = 1;
+            PluginClock(id);
+        }
+    });
+    EXPECT_EQ(result.clocks(), "#3\n1po00a1\n\n#5\n1po00b0\n\n");
+}
+
 TEST_F(PortTracerTest, TheLineOfAValueFollowsTheWidthThatThePortHasNow) {
     ports = {StubSimulator::port("P", 4)};
     const PluginResult result = runPlugin(simulator, "-ports", [&](unsigned int id) {
