@@ -4,14 +4,12 @@
 #include "infr_libs/ErrorHandler/CatchableErrorHandler.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/RecordingErrorHandler.h"
+#include "tests/support/ScarceMemory.h"
 
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
 #include <sstream>
-#include <sys/resource.h>
-#include <unistd.h>
 
 namespace {
 
@@ -236,15 +234,6 @@ TEST(ElfStrings, ATableThatNoFileCanHoldEndsTheProcessAlsoWhereTheErrorHandlerRe
 
 namespace {
 
-// Leaves this process so much more memory than it has.
-void limitMemory(std::size_t numBytes) {
-    std::size_t numPages = 0;
-    std::ifstream("/proc/self/statm") >> numPages;
-    const rlim_t limit = numPages * static_cast<std::size_t>(getpagesize()) + numBytes;
-    const rlimit both = {limit, limit};
-    setrlimit(RLIMIT_AS, &both);
-}
-
 constexpr std::size_t s_textSize = 0x800000;
 
 // How adding a text of `s_textSize` bytes ends where so much memory is left.
@@ -254,28 +243,14 @@ ChildResult resultOfAdding(std::size_t numBytesLeft) {
         errorHandler.setExitOnError(false);
         ElfStrings strings(&errorHandler);
         const std::string text(s_textSize, 'x');
-        limitMemory(numBytesLeft);
+        leaveMemory(numBytesLeft);
         strings.add(text.c_str());
     });
 }
 
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool s_canLimitMemory = false;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-constexpr bool s_canLimitMemory = false;
-#else
-constexpr bool s_canLimitMemory = true;
-#endif
-#else
-constexpr bool s_canLimitMemory = true;
-#endif
-
 } // namespace
 
 TEST(ElfStrings, ATextWithoutMemoryForItEndsTheProcess) {
-    if (!s_canLimitMemory)
-        GTEST_SKIP() << "the sanitizer's own memory doesn't fit under a limit";
     const ChildResult result = resultOfAdding(s_textSize / 2);
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.error, "ERROR: Failed to allocate memory for string constant '" +
@@ -283,8 +258,6 @@ TEST(ElfStrings, ATextWithoutMemoryForItEndsTheProcess) {
 }
 
 TEST(ElfStrings, ATableWithoutMemoryToGrowEndsTheProcess) {
-    if (!s_canLimitMemory)
-        GTEST_SKIP() << "the sanitizer's own memory doesn't fit under a limit";
     const ChildResult result = resultOfAdding(2 * s_textSize); // for the text, but not for the table
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.error, "ERROR: Failed to allocate memory\n");

@@ -6,18 +6,12 @@
 #include "tests/infr_libs/ZelmBinaryHandler/Containers.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/ImageBuilder.h"
+#include "tests/support/ScarceMemory.h"
 #include "tests/support/SegmentFile.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 namespace {
-
-#if defined(__has_feature)
-constexpr bool s_addressSanitizer = __has_feature(address_sanitizer);
-#else
-constexpr bool s_addressSanitizer = false;
-#endif
 
 Container afterWriting(Container container) {
     std::FILE* stream = std::fopen("/dev/null", "w");
@@ -123,14 +117,11 @@ TEST(ZBHandlerErrors, ALaterFailureOverwritesAnEarlierOne) {
 }
 
 TEST(ZBHandlerErrors, AMissingBufferForWritingIsOutOfMemory) {
-    if (s_addressSanitizer)
-        GTEST_SKIP() << "the sanitizer ends a process that runs out of memory";
     const ChildResult result = runInChild([] {
         const Container container = emptyContainer();
         addZBSector(container.get(), ZBSEC_ZN, 64 << 20, nullptr);
         std::FILE* stream = std::fopen("/dev/null", "w");
-        const rlimit none{1, 1};
-        setrlimit(RLIMIT_AS, &none);
+        leaveMemory(0);
         const int result = writeZBToHandle(container.get(), stream);
         std::printf("%d, %d: %s", result, container->errorCode, container->errorMessage);
     });
