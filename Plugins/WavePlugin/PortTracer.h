@@ -4,7 +4,7 @@
 
 // Shows the ports of a core: the value on the pins and the state behind it, in six signals a port, or
 // fifteen in detail. With many ports, visited on every clock, it is what a clock costs.
-class PortTracer : public TableTracer<TracePortState, offsetof(TracePortState, value),
+class PortTracer : public TableTracer<TracePortState, offsetof(TracePortState, width),
                                       offsetof(TracePortState, reserved24)> {
 public:
     PortTracer(TracePluginCallbacks* callbacks, unsigned int pid, std::string coreName, bool detailed);

@@ -142,11 +142,9 @@ void ResourceTracer::output(LineStream& stream, unsigned int width, std::uint64_
     stream.writeThrough(line.text, static_cast<std::size_t>(at - line.text));
 }
 
-void ResourceTracer::outputIfChanged(FILE* fp, unsigned int width, std::uint64_t* cached, std::uint64_t value,
-                                     bool* firstChange, const char* prefix, const char* suffix,
-                                     unsigned int index) {
-    if (*cached == value)
-        return;
+void ResourceTracer::outputChange(FILE* fp, unsigned int width, std::uint64_t* cached, std::uint64_t value,
+                                  bool* firstChange, const char* prefix, const char* suffix,
+                                  unsigned int index) {
     printCycles(fp, firstChange);
     output(fp, width, value, prefix, suffix, index);
     *cached = value;

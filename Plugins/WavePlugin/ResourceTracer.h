@@ -31,7 +31,19 @@ public:
     ResourceTracer(const ResourceTracer&) = delete;
     ResourceTracer& operator=(const ResourceTracer&) = delete;
 
-    // ---------------------------------------------------------------- the life of a tracer, in this order
+    // ---------------------------------------------------------------- the life of a tracer, by virtual slot.
+    // It begins with the three operations of the structure document.
+
+    // Writes the `$var` lines.
+    virtual void declareVariables(FILE* fp) = 0;
+
+    // Writes a `$dumpvars` block with the first values, and remembers them.
+    virtual void initialiseVariables(FILE* fp) = 0;
+
+    // Writes what differs from the values last written. Once a clock; allocates nothing, but where a thread
+    // comes to a function of a longer name than it ever was in. The flag is true until something was written
+    // in this clock.
+    virtual void traceVariables(FILE* fp, bool* firstChange) = 0;
 
     // Lists the signals in the structure document.
     virtual void dumpSignalHierarchy(StructureFileWriter* writer) = 0;
@@ -42,16 +54,6 @@ public:
 
     // Describes the signals in the structure document.
     virtual void dumpSignalDocs(StructureFileWriter* writer) = 0;
-
-    // Writes the `$var` lines.
-    virtual void declareVariables(FILE* fp) = 0;
-
-    // Writes a `$dumpvars` block with the first values, and remembers them.
-    virtual void initialiseVariables(FILE* fp) = 0;
-
-    // Writes what differs from the values last written. Once a clock; allocates nothing. The flag is true
-    // until something was written in this clock.
-    virtual void traceVariables(FILE* fp, bool* firstChange) = 0;
 
     // ---------------------------------------------------------------- what all tracers share
 
@@ -97,7 +99,10 @@ public:
 
     // Writes the value, behind the clock's time line, and remembers it; nothing if it is the one remembered.
     void outputIfChanged(FILE* fp, unsigned int width, std::uint64_t* cached, std::uint64_t value,
-                         bool* firstChange, const char* prefix, const char* suffix, unsigned int index);
+                         bool* firstChange, const char* prefix, const char* suffix, unsigned int index) {
+        if (*cached != value)
+            outputChange(fp, width, cached, value, firstChange, prefix, suffix, index);
+    }
 
     // Writes one value line with the bits of a text. Unlike a number, it may stay in the stream's buffer.
     void outputString(FILE* fp, unsigned int numBytes, const char* text, const char* prefix,
@@ -131,5 +136,7 @@ protected:
     std::string m_prefix;
 
 private:
+    void outputChange(FILE* fp, unsigned int width, std::uint64_t* cached, std::uint64_t value,
+                      bool* firstChange, const char* prefix, const char* suffix, unsigned int index);
     void writeTimeLine(LineStream& stream, bool* firstChange);
 };

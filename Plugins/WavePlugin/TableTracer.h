@@ -35,7 +35,7 @@ struct SignalValue {
 
 // The shared half of the tracers whose signals stand in a table: each resource has one record, and each
 // row of the table shows one word of it. A clock has two steps: all records are polled, then each is
-// compared, as a whole, with what was last written. The order matters: see `changedWords`.
+// compared, as a whole, with what was last written. The order matters: see WideCompare.h.
 //
 // What a record can't say word by word (a width that depends on the state, a number that shows as a text)
 // the tracer says with a reader: a function that takes a record, once for each record that is written, and
@@ -106,33 +106,29 @@ protected:
 
     // ---------------------------------------------------------------- on each clock
 
-    // Asks for the states of all resources. The function takes a resource's number and its record, which
-    // begins as zeros and is the same on every clock; what it points to isn't used.
+    // Asks for the states of all resources. The function takes a resource's number and its record, of which
+    // what is compared begins as zeros; what a record points to isn't used.
     template<typename Poll>
     void pollAll(const Poll& poll) {
         State* const polled = m_polled.data();
-        for (unsigned int resource = 0, count = m_count; resource < count; ++resource)
+        for (unsigned int resource = 0, count = m_count; resource < count; ++resource) {
+            clearRecord<s_pieces>(comparedBytes(&polled[resource]));
             poll(resource, &polled[resource]);
+        }
     }
 
     // Writes the signals of which the polled word isn't the one last written.
     template<typename Reader>
     void writeChanges(FILE* fp, bool* firstChange, const Reader& reader) {
+        if (m_count == 0)
+            return;
         LineStream stream(fp);
-        const auto visit = [&](const auto& same) {
-            const State* const polled = m_polled.data();
-            const Written* const written = m_written.data();
-            for (unsigned int resource = 0, count = m_count; resource < count; ++resource) {
-                if (!same(comparedBytes(polled[resource]), &written[resource])) [[unlikely]]
-                    writeRows(stream, firstChange, resource, rowsToWrite(resource), reader);
-            }
-        };
-        if (!m_hiddenWordsChange)
-            visit([](const void* now, const void* before) { return sameRecord<s_pieces>(now, before); });
-        else
-            visit([shown = &m_shownBits](const void* now, const void* before) {
-                return sameRecord<s_pieces>(now, before, shown);
-            });
+        const RecordsToCompare records{comparedBytes(m_polled.data()), sizeof(State), m_written[0].bytes,
+                                       m_hiddenWordsChange ? m_shownBits.bytes : nullptr};
+        for (std::size_t i = 0; (i = nextChanged<s_pieces>(records, i, m_count)) < m_count; ++i) {
+            const auto resource = static_cast<unsigned int>(i);
+            writeRows(stream, firstChange, resource, rowsToWrite(resource), reader);
+        }
     }
 
     void writeChanges(FILE* fp, bool* firstChange) { writeChanges(fp, firstChange, asRecorded); }
@@ -151,8 +147,9 @@ private:
     };
     static_assert(Begin + sizeof(Written) <= sizeof(State));
 
-    static const std::byte* comparedBytes(const State& state) {
-        return reinterpret_cast<const std::byte*>(&state) + Begin;
+    static std::byte* comparedBytes(State* state) { return reinterpret_cast<std::byte*>(state) + Begin; }
+    static const std::byte* comparedBytes(const State* state) {
+        return reinterpret_cast<const std::byte*>(state) + Begin;
     }
 
     void prepare() {
@@ -162,7 +159,7 @@ private:
         for (std::size_t i = 0; i < m_rows.size(); ++i) {
             const auto* field = reinterpret_cast<const std::byte*>(&(probe.*m_rows[i].field));
             const std::size_t word =
-                static_cast<std::size_t>(field - comparedBytes(probe)) / sizeof(std::uint32_t);
+                static_cast<std::size_t>(field - comparedBytes(&probe)) / sizeof(std::uint32_t);
             m_shownWords |= 1U << word;
             std::fill_n(m_shownBits.bytes + word * sizeof(std::uint32_t), sizeof(std::uint32_t),
                         std::byte{0xff});
@@ -177,7 +174,8 @@ private:
 
     // The rows that show a word which isn't the one last written, as one bit a row.
     std::uint32_t rowsToWrite(unsigned int resource) {
-        std::uint32_t words = changedWords<s_pieces>(comparedBytes(m_polled[resource]), &m_written[resource]);
+        std::uint32_t words =
+            changedWords<s_pieces>(comparedBytes(&m_polled[resource]), m_written[resource].bytes);
         if ((words & ~m_shownWords) != 0)
             m_hiddenWordsChange = true; // they may do so on every clock
         std::uint32_t rows = 0;
@@ -189,8 +187,8 @@ private:
     // Writes some rows of a resource; the others show what they showed before. All that is compared is
     // remembered, also words that no row shows: what a simulator keeps there mustn't differ for ever.
     template<typename Reader>
-    void writeRows(LineStream& stream, bool* firstChange, unsigned int resource, std::uint32_t rows,
-                   const Reader& reader) {
+    [[gnu::noinline]] void writeRows(LineStream& stream, bool* firstChange, unsigned int resource,
+                                     std::uint32_t rows, const Reader& reader) {
         const State& polled = m_polled[resource];
         const Row* const table = m_rows.data();
         const Identifier* const identifiers = &m_identifiers[resource * m_rows.size()];
@@ -202,7 +200,7 @@ private:
             printCycles(stream, firstChange);
             output(stream, signal.width, signal.value, identifiers[i]);
         }
-        std::memcpy(&m_written[resource], comparedBytes(polled), sizeof(Written));
+        std::memcpy(&m_written[resource], comparedBytes(&polled), sizeof(Written));
     }
 
     const char* m_letterPrefix; // what the tracer's identifiers begin with

@@ -14,7 +14,6 @@
 #include <exception>
 #include <list>
 #include <memory>
-#include <stdio_ext.h>
 #include <string>
 
 // An entry point is visible outside the library, and works when a 32-bit host calls with a stack that is
@@ -243,7 +242,6 @@ FILE* openOutput(const std::string& name) {
     FILE* fp = std::fopen(name.c_str(), "w");
     if (!fp)
         failWithUsage("Error opening file: %s\n", name.c_str());
-    __fsetlocking(fp, FSETLOCKING_BYCALLER); // all calls come from one thread, and nobody else has the stream
     return fp;
 }
 

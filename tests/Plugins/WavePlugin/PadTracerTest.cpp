@@ -63,6 +63,25 @@ TEST(PadTracer, DeclaresAPadWithoutAName) {
     EXPECT_EQ(stream.text(), "$var wire 1 paa0 (null) $end\n");
 }
 
+TEST(PadTracer, AValueThatTheSimulatorLeavesOpenIsZero) {
+    StubSimulator simulator;
+    simulator.pads = {StubSimulator::pad("Pad0")};
+    static bool s_isHigh;
+    s_isHigh = false;
+    simulator.callbacks()->getPadState = [](unsigned int, TracePadState* state) {
+        state->name = "Pad0";
+        if (s_isHigh)
+            state->value = 1;
+    };
+    const PluginResult result = runPlugin(simulator, "-pads", [&](unsigned int id) {
+        for (simulator.cycle = 1; simulator.cycle <= 4; ++simulator.cycle) {
+            s_isHigh = !s_isHigh;
+            PluginClock(id);
+        }
+    });
+    EXPECT_EQ(result.clocks(), "#1\n1paa0\n\n#2\n0paa0\n\n#3\n1paa0\n\n#4\n0paa0\n\n");
+}
+
 TEST(PadTracer, AsksForTheCountOnce) {
     StubSimulator simulator;
     simulator.pads = {StubSimulator::pad("Pad0")};

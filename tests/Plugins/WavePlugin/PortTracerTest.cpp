@@ -314,6 +314,33 @@ TEST_F(PortTracerTest, ChangesAreSeenBesideWordsThatChangeUnshownOnEveryClock) {
     EXPECT_EQ(result.clocks(), "#3\n1po00a1\n\n#5\n1po00b0\n\n");
 }
 
+TEST_F(PortTracerTest, WordsThatTheSimulatorLeavesOpenAreZero) {
+    ports = {fullPort()};
+    const PluginResult result = runPlugin(simulator, "-ports-detailed", [&](unsigned int id) {
+        simulator.callbacks()->getPortState = [](unsigned int, unsigned int, TracePortState* state) {
+            state->width = 4;
+            state->value = 2;
+            state->transferRegisterSize = 23;
+        };
+        simulator.cycle = 1;
+        PluginClock(id);
+        PluginClock(id);
+    });
+    EXPECT_EQ(result.clocks(), "#1\n"
+                               "0po00b0\n"
+                               "0po00d0\n"
+                               "b00000000000000000000000000000000 po00l0\n"
+                               "b00000000000000000000000000000000 po00m0\n"
+                               "b00000000000000000000000000000000 po00e0\n"
+                               "0po00f0\n"
+                               "b00000000000000000000000000000000 po00g0\n"
+                               "b00000000000000000000000000000000 po00h0\n"
+                               "b00000000000000000000000000000000 po00i0\n"
+                               "b00000000000000000000000000000000 po00n0\n"
+                               "b00000000000000000000000000000000 po00o0\n"
+                               "\n");
+}
+
 TEST_F(PortTracerTest, TheLineOfAValueFollowsTheWidthThatThePortHasNow) {
     ports = {StubSimulator::port("P", 4)};
     const PluginResult result = runPlugin(simulator, "-ports", [&](unsigned int id) {
