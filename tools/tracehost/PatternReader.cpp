@@ -60,12 +60,14 @@ bool isOption(const Words::Word& word) {
 }
 
 std::int32_t signedNumberOf(const std::string& text) {
-    std::int32_t number = 0;
-    const char* end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, number);
-    if (result.ec != std::errc() || result.ptr != end || number == INT32_MIN)
+    try {
+        const bool isNegative = text.starts_with('-');
+        const auto number =
+            static_cast<std::int32_t>(numberOf(text.substr(isNegative ? 1 : 0), "", 0, INT32_MAX));
+        return isNegative ? -number : number;
+    } catch (const ScenarioError&) {
         throw ScenarioError("by must be a number from -2147483647 to 2147483647, not " + text);
-    return number;
+    }
 }
 
 // Operands as the pattern's words give them, and how a value among them is spelled.
@@ -188,8 +190,9 @@ const PatternRow& takePatternRow(Words& words) {
 
 void readOptions(Words& words, const PatternRow& pattern, Options& options) {
     while (!words.empty()) {
+        const bool isKnown = isOption(words.peek());
         const std::string& word = words.take("");
-        if (word != "phase" && pattern.options.find(" " + word + " ") == std::string_view::npos)
+        if (!isKnown || (word != "phase" && pattern.options.find(" " + word + " ") == std::string_view::npos))
             throw ScenarioError("'" + word + "' doesn't go with " +
                                 (pattern.word.empty() ? "a value" : "'" + std::string(pattern.word) + "'"));
         if (word == s_repeat) {

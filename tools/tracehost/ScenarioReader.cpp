@@ -58,13 +58,26 @@ const ScenarioReader::LineRow ScenarioReader::s_lines[] = {
 
 ScenarioReader::ScenarioReader(std::string fileName) : m_fileName(std::move(fileName)) {}
 
+namespace {
+
+// The next line, whether it ends as in Unix or with a carriage return before its end.
+bool nextLine(std::istream& stream, std::string& line) {
+    if (!std::getline(stream, line))
+        return false;
+    if (line.ends_with('\r'))
+        line.pop_back();
+    return true;
+}
+
+} // namespace
+
 Scenario ScenarioReader::read(std::istream& stream) {
     std::string line;
     std::string rest;
     try {
-        for (unsigned int next = 1; std::getline(stream, line);) {
+        for (unsigned int next = 1; nextLine(stream, line);) {
             m_line = next++;
-            for (; line.ends_with('\\') && std::getline(stream, rest); ++next)
+            for (; line.ends_with('\\') && nextLine(stream, rest); ++next)
                 line.replace(line.size() - 1, 1, rest);
             readLine(line);
         }
@@ -155,13 +168,11 @@ void ScenarioReader::readCore(Words& words) {
     closeProgram();
     m_kind = nullptr;
     std::vector<Core>& cores = m_scenario.cores;
-    const auto found = std::ranges::find_if(
-        cores, [&](const Core& core) { return core.node == m_node && core.number == number; });
-    if (found != cores.end()) {
-        m_core = &*found;
-        return;
-    }
-    m_core = &cores.emplace_back(Core{m_node, number, {}, {}});
+    const Core core{m_node, number, {}, {}};
+    const auto [place, isNew] = m_places.try_emplace(core.pid(), cores.size());
+    if (isNew)
+        cores.push_back(core);
+    m_core = &cores[place->second];
 }
 
 Core& ScenarioReader::currentCore(std::string_view wanted) {

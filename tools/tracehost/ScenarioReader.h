@@ -8,6 +8,7 @@
 #include <istream>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 // Reads a scenario, a text file in the form that docs/formats/scenario.md describes. A reader is made for
 // one file and used once.
@@ -64,6 +65,7 @@ private:
     // What a line refers to that names nothing itself.
     bool m_hasNode = false;
     std::uint32_t m_node = 0;
+    std::unordered_map<std::uint32_t, std::size_t> m_places; // among the scenario's cores, by pid
     Core* m_core = nullptr;
     const ResourceKindInfo* m_kind = nullptr; // null: no resource is open
     std::vector<Resource>* m_resources = nullptr;

@@ -145,12 +145,9 @@ struct Simulation::Slots {
 const Simulation::CoreState& Simulation::core(std::uint32_t pid) {
     if (m_lastCore && m_lastCore->pid == pid)
         return *m_lastCore;
-    for (const CoreState& core : m_cores) {
-        if (core.pid == pid) {
-            m_lastCore = &core;
-            return core;
-        }
-    }
+    const auto place = m_places.find(pid);
+    if (place != m_places.end())
+        return *(m_lastCore = &m_cores[place->second]);
     PluginWatch::fault("it asked for core " + std::to_string(pid & 0xffff) + " of node " +
                        std::to_string(pid >> 16) + ", which the scenario doesn't have");
 }
@@ -173,6 +170,7 @@ Simulation::Simulation(const Scenario& scenario)
     for (const Core& core : scenario.cores) {
         CoreState& state = m_cores.emplace_back();
         state.pid = core.pid();
+        m_places.emplace(core.pid(), m_places.size());
         state.core = &core;
         state.instruction = {.mnemonic = Scenario::s_blankMnemonic, .functionName = Scenario::s_noFunction};
         addRecords(core.of(ResourceKind::Port), state.ports);

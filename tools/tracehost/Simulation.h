@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <unordered_map>
 #include <vector>
 
 // The simulated device at one clock, behind the callback record that plugins poll. A clock costs what
@@ -70,7 +71,8 @@ private:
     TracePluginCallbacks m_callbacks;
     Clock m_clock = 0;
     std::vector<CoreState> m_cores;
-    std::vector<CoreState*> m_busyCores;   // those with programs
+    std::unordered_map<std::uint32_t, std::size_t> m_places; // among the cores, by pid
+    std::vector<CoreState*> m_busyCores;                     // those with programs
     const CoreState* m_lastCore = nullptr; // the core that was asked for last: the next call is for it too
     std::vector<TracePadState> m_pads;
     std::vector<Driver> m_drivers;

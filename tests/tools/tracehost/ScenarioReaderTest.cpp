@@ -43,6 +43,19 @@ TEST(ScenarioReader, AnEmptyFileHasTheDefaults) {
     EXPECT_FALSE(scenario.garbage);
 }
 
+TEST(ScenarioReader, LinesMayEndWithACarriageReturn) {
+    const Scenario scenario = scenarioOf("clocks 5\r\n"
+                                         "node 0\r\n"
+                                         "core 0\r\n"
+                                         "port 0 \\\r\n"
+                                         "  P\r\n"
+                                         "  value count by -0x10 \\\r\n"
+                                         "    below 0b100\r\n");
+    ASSERT_EQ(scenario.cores.size(), 1U);
+    ASSERT_EQ(scenario.cores[0].of(ResourceKind::Port).size(), 1U);
+    EXPECT_EQ(scenario.cores[0].of(ResourceKind::Port)[0].name, "P");
+}
+
 TEST(ScenarioReader, SettingsAreRead) {
     const Scenario scenario = scenarioOf("clocks 0x10 # of these\n"
                                          "  frequency 2.5\n"
@@ -209,6 +222,10 @@ TEST(ScenarioReader, ErrorsTellFileLineAndReason) {
         {port + "value toggle every 0\n", "s:4: every must be from 1 to 2147483647, not 0"},
         {port + "value toggle every\n", "s:4: every is missing"},
         {port + "value toggle every 2 3\n", "s:4: '3' doesn't go with 'toggle'"},
+        {port + "value values 1 2 every 3 \"every repeat\" 7\n",
+         "s:4: 'every repeat' doesn't go with 'values'"},
+        {port + "value count by 3 \"below every\" 7\n", "s:4: 'below every' doesn't go with 'count'"},
+        {port + "value count by 1 \"below\" 7\n", "s:4: 'below' doesn't go with 'count'"},
         {port + "value count by x\n", "s:4: by must be a number from -2147483647 to 2147483647, not x"},
         {port + "value count by -2147483648\n",
          "s:4: by must be a number from -2147483647 to 2147483647, not -2147483648"},
