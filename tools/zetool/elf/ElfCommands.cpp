@@ -40,8 +40,7 @@ constexpr CommandRow s_commands[] = {
      s_showOptions, s_incomplete, elfHeader, s_headerExamples},
     {"sections", "the sections with type, address, place, size and flags",
      "Lists the section headers of an ELF file, with the letters that readelf has for flags: W for writable, "
-     "A "
-     "for allocated, X for executable, M for merged, S for strings, I for a section in sh_info, L for link "
+     "A for allocated, X for executable, M for merged, S for strings, I for a section in sh_info, L for link "
      "order, G for a group, T for thread-local, E for excluded.",
      s_file, s_showOptions, s_incomplete, elfSections, s_sectionsExamples},
     {"symbols", "the symbols with value, size, type, binding and section",
@@ -62,10 +61,8 @@ constexpr CommandRow s_commands[] = {
     {"check", "what is wrong with the file",
      "Says whether the plugin reads an ELF file, with the reader's own message, and names what it wouldn't "
      "notice: tables and contents that reach past the file's end, indexes of sections and symbols that "
-     "aren't "
-     "there, names outside the strings, sections and segments that overlap, entries of a wrong size, and "
-     "names "
-     "that are read as others because the strings hold a text twice.",
+     "aren't there, names outside the strings, sections and segments that overlap, entries of a wrong size, "
+     "and names that are read as others because the strings hold a text twice.",
      s_file, s_showOptions, "something is wrong", elfCheck, s_checkExamples},
 };
 

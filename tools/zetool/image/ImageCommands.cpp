@@ -66,10 +66,8 @@ constexpr CommandRow s_commands[] = {
      "Shows a row for each sector of an image: its number, its offset in the file, its type, the size of its "
      "payload, and what the type has of node, core, address and part number. The node is a position in the "
      "scan chain. The CRC is the stored one; 0 waives the check. Payloads are passed over, however large "
-     "they "
-     "are, unless --check asks for their CRC. Where the file is cut or a length can't hold, the rows before "
-     "it "
-     "are shown and a message says what is wrong.",
+     "they are, unless --check asks for their CRC. Where the file is cut or a length can't hold, the rows "
+     "before it are shown and a message says what is wrong.",
      s_file, s_listOptions, "the file is cut or damaged, or with --check a CRC is wrong", imageList,
      s_listExamples},
     {"show", "every field of the header and the sectors",
@@ -81,10 +79,10 @@ constexpr CommandRow s_commands[] = {
      "an image from a network, a configuration and programs",
      "Packs a network description, a system configuration and ELF files into an image that the plugin and "
      "the simulator open. Each part is checked first: the network as the plugin loads it, the "
-     "configuration's "
-     "root, the ELF files as a whole. A program goes to a core by the core's name in the network, or by the "
-     "position of its node in the scan chain and its number, as in 0:1. Programs of one core stay in the "
-     "order given. Node types and packages of the network are looked up along ZCC_DEVICE_PATH.",
+     "configuration's root, the ELF files as a whole. A program goes to a core by the core's name in the "
+     "network, or by the position of its node in the scan chain and its number, as in 0:1. Programs of one "
+     "core stay in the order given. Node types and packages of the network are looked up along "
+     "ZCC_DEVICE_PATH.",
      {},
      s_buildOptions,
      "a part has a fault",
@@ -102,8 +100,7 @@ constexpr CommandRow s_commands[] = {
      "Writes what a sector holds, byte for byte: documents and ELF files as they were packed. With --raw the "
      "whole payload, which in an image begins with a record of node, core and address. With --all every "
      "sector becomes a file of the folder, by names such as 2-elf-node0-core1.elf. A sector whose CRC is "
-     "wrong "
-     "is written, one that is cut isn't.",
+     "wrong is written, one that is cut isn't.",
      s_fileAndSector, s_extractOptions, "the file is cut or damaged, or a CRC is wrong", imageExtract,
      s_extractExamples},
     {"flatten", "ELF sectors to binary ones",

@@ -32,12 +32,9 @@ constexpr ExampleRow s_findExamples[] = {
 constexpr CommandRow s_commands[] = {
     {"list", "the pins with their ports and links",
      "Shows the pin map of an image, as its configuration tells it: each pin with its pad, the number by "
-     "which "
-     "the simulator knows it, its package, and the bits of ports and links that are connected to it. With "
-     "--by "
-     "port every port with the pads behind its bits, as bit:pad; with --by link every link that has pins. "
-     "Node "
-     "and core are the numbers that the configuration gives them.",
+     "which the simulator knows it, its package, and the bits of ports and links that are connected to it. "
+     "With --by port every port with the pads behind its bits, as bit:pad; with --by link every link that "
+     "has pins. Node and core are the numbers that the configuration gives them.",
      s_file, s_listOptions, "the image or its configuration is damaged", pinsList, s_listExamples},
     {"find", "what is connected to pins, ports and links",
      "Shows the rows of the pin map that belong to a name: a pin as X0D00 or PACKAGE:X0D00, a port as "

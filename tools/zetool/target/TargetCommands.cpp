@@ -28,9 +28,8 @@ constexpr CommandRow s_commands[] = {
      s_listExamples},
     {"find", "the files that a name leads to",
      "Shows which file a name leads to, for each kind of file that has it: a target, by its present or an "
-     "old "
-     "name, a node type, a package, or a file by its own name in any of the environment's paths. The first "
-     "folder of a path that has the file counts.",
+     "old name, a node type, a package, or a file by its own name in any of the environment's paths. The "
+     "first folder of a path that has the file counts.",
      s_name, s_showOptions, "no file goes by the name", targetFind, s_findExamples},
 };
 

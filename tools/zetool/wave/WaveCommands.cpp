@@ -44,8 +44,7 @@ constexpr CommandRow s_commands[] = {
      "Writes FILE.gtkw and the folder FILE.filters beside the waveform, so that 'gtkwave FILE.gtkw' opens it "
      "with cores, categories and groups, each signal in its radix, the user's names of ports beside their "
      "locations, and texts in place of values: what the descriptions tell, what threads wait on, and the "
-     "whole "
-     "names of functions. Paths are relative: the folder can be moved.",
+     "whole names of functions. Paths are relative: the folder can be moved.",
      s_file, s_gtkwOptions, "the declarations or the structure document have a fault", waveGtkw,
      s_gtkwExamples},
     {"standard", "the same waveform as IEEE 1364 has it",
@@ -63,9 +62,9 @@ constexpr CommandRow s_commands[] = {
      s_file, s_showOptions, "the waveform has troubles", waveCheck, s_checkExamples},
     {"list", "the signals with width, group, user name and description",
      "Lists the signals of a waveform: width, name, group, the name that the user gave the port, and what "
-     "the "
-     "signal means. Names and groups come from the structure document in the waveform's comment, or from the "
-     "signals' own names where the document doesn't list them. Files of other tools are listed by scopes.",
+     "the signal means. Names and groups come from the structure document in the waveform's comment, or from "
+     "the signals' own names where the document doesn't list them. Files of other tools are listed by "
+     "scopes.",
      s_file, s_showOptions, "the declarations have a fault, or aren't whole", waveList, s_listExamples},
 };
 

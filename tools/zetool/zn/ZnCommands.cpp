@@ -37,17 +37,14 @@ constexpr CommandRow s_commands[] = {
     {"show", "the network as the plugin loads it",
      "Shows the loaded network: nodes with their routing identifiers, positions and boot, clocks and their "
      "register values, cores, ports, services, external devices, links, and the users of each link, which "
-     "are "
-     "the routes that cross it. Warnings go to standard error. With --json the object holds the whole model, "
-     "the warnings and, where the network doesn't load, the error in place of the model, also for a file "
-     "that "
-     "can't be opened; with --no-users a link has the CRC-32 of its users in place of their list. Node types "
-     "and packages are looked up along ZCC_DEVICE_PATH.",
+     "are the routes that cross it. Warnings go to standard error. With --json the object holds the whole "
+     "model, the warnings and, where the network doesn't load, the error in place of the model, also for a "
+     "file that can't be opened; with --no-users a link has the CRC-32 of its users in place of their list. "
+     "Node types and packages are looked up along ZCC_DEVICE_PATH.",
      s_file, s_showNetworkOptions, s_doesNotLoad, znShow, s_showExamples},
     {"check", "all warnings and the error",
      "Loads the network as the plugin does. Every warning, and the error that loading ends with, is a "
-     "message "
-     "on standard error. Node types and packages are looked up along ZCC_DEVICE_PATH.",
+     "message on standard error. Node types and packages are looked up along ZCC_DEVICE_PATH.",
      s_file, s_showOptions, "there is a warning or an error", znCheck, s_checkExamples},
     {"names", "cores and port names with their locations",
      "Lists every core with its node and number, and the ports that the network names: the location is the "
