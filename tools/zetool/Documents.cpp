@@ -3,6 +3,7 @@
 #include "tools/zetool/BrokenLimit.h"
 #include "tools/zetool/Messages.h"
 #include "tools/zetool/WholeFile.h"
+#include "tools/zetool/Words.h"
 
 #include <stdexcept>
 
@@ -18,8 +19,7 @@ constexpr const char* s_inNetwork = ", here or in a file that the network names"
 } // namespace
 
 void printLines(const std::string& text) {
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);)
+    for (const std::string& line : linesOf(text))
         printMessage(line);
 }
 

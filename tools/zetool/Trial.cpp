@@ -1,6 +1,7 @@
 #include "tools/zetool/Trial.h"
 
 #include "tools/zetool/Messages.h"
+#include "tools/zetool/Words.h"
 
 #include <cerrno>
 #include <csignal>
@@ -8,7 +9,6 @@
 #include <cstring>
 #include <exception>
 #include <new>
-#include <sstream>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -82,7 +82,7 @@ Trial tryOut(const std::function<void()>& operation) {
         runChild(operation, ends[1]);
     }
     close(ends[1]);
-    std::istringstream text(readAll(ends[0]));
+    const std::string text = readAll(ends[0]);
     close(ends[0]);
     int status = 0;
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
@@ -91,7 +91,7 @@ Trial tryOut(const std::function<void()>& operation) {
     Trial trial;
     trial.cameBack = WIFEXITED(status) && WEXITSTATUS(status) == s_cameBack;
     bool isExplained = false;
-    for (std::string line; std::getline(text, line);) {
+    for (std::string line : linesOf(text)) {
         const std::string assertion = WIFSIGNALED(status) ? assertionIn(line) : "";
         if (!assertion.empty())
             line = "the process aborts: '" + assertion + "' doesn't hold";

@@ -31,3 +31,13 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t width) {
         lines.push_back(line);
     return lines;
 }
+
+std::vector<std::string> linesOf(std::string_view text) {
+    std::vector<std::string> lines;
+    while (!text.empty()) {
+        const std::size_t end = text.find('\n');
+        lines.emplace_back(text.substr(0, end));
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    }
+    return lines;
+}

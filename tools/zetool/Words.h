@@ -6,10 +6,13 @@
 #include <string_view>
 #include <vector>
 
-// Small text helpers that help, man page and completions share.
+// Small text helpers that commands, help, man page and completions share.
 
 // The texts with `between` between each two.
 std::string joined(std::span<const char* const> texts, std::string_view between);
 
 // A text broken at blanks into lines of at most `width` characters; a word that is longer has its own line.
 std::vector<std::string> wrapped(std::string_view text, std::size_t width);
+
+// The lines of a text without their ends, empty ones too. The last one may lack its end.
+std::vector<std::string> linesOf(std::string_view text);

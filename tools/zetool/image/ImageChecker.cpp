@@ -7,10 +7,10 @@
 #include "tools/zetool/elf/ElfReading.h"
 #include "tools/zetool/image/Places.h"
 #include "tools/zetool/Trial.h"
+#include "tools/zetool/Words.h"
 
 #include <algorithm>
 #include <set>
-#include <sstream>
 #include <utility>
 
 using namespace zblayout;
@@ -19,14 +19,6 @@ namespace {
 
 std::string numberOf(std::uint64_t number) {
     return std::to_string(number);
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(line);
-    return lines;
 }
 
 } // namespace

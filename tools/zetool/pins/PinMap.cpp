@@ -4,6 +4,7 @@
 #include "tools/zetool/Documents.h"
 #include "tools/zetool/image/SectorWalker.h"
 #include "tools/zetool/Messages.h"
+#include "tools/zetool/Words.h"
 
 #include <optional>
 #include <sstream>
@@ -112,10 +113,8 @@ std::unique_ptr<PinMap> loadPinMap(const std::string& file) {
         return nullptr;
     std::unique_ptr<PinMap> map;
     const auto failure = failureOf(s_document, [&] { map = std::make_unique<PinMap>(*document); });
-    if (failure) {
-        std::istringstream lines(failure->message);
-        for (std::string line; std::getline(lines, line);)
+    if (failure)
+        for (const std::string& line : linesOf(failure->message))
             printMessage(file, line);
-    }
     return map;
 }

@@ -10,6 +10,7 @@
 #include "tools/zetool/BrokenLimit.h"
 #include "tools/zetool/Documents.h"
 #include "tools/zetool/Messages.h"
+#include "tools/zetool/Words.h"
 
 #include <algorithm>
 #include <sstream>
@@ -212,11 +213,9 @@ bool PlanImage::readConfiguration(const std::string& text, const PlanChoices& ch
             m_pads.push_back(map.ios().getPin(pad)->getPinName());
         areFine = addCores(root, map.ios(), choices);
     });
-    if (failure) {
-        std::istringstream lines(failure->message);
-        for (std::string line; std::getline(lines, line);)
+    if (failure)
+        for (const std::string& line : linesOf(failure->message))
             printMessage(line.starts_with(name) ? line : name + ": " + line);
-    }
     return areFine && !failure;
 }
 

@@ -3,10 +3,10 @@
 #include "infr_libs/XmlParser/XmlNode.h"
 #include "infr_libs/ZNLoader/NodeInstance.h"
 #include "tools/zetool/Utf8.h"
+#include "tools/zetool/Words.h"
 #include "tools/zetool/zn/LinkUsers.h"
 #include "tools/zetool/zn/ModelText.h"
 
-#include <sstream>
 #include <utility>
 
 // Each object is a table of its keys, in the order in which they are written. Keys and their meaning are
@@ -402,8 +402,7 @@ void writeNetwork(JsonStream& json, const ZNLoader& network, const std::string& 
 
 Json linesJson(const std::string& text) {
     Json list = Json::array();
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);)
+    for (const std::string& line : linesOf(text))
         list.push_back(jsonText(line));
     return list;
 }
