@@ -1,5 +1,7 @@
 #include "tools/zetool/Words.h"
 
+#include <charconv>
+
 std::string joined(std::span<const char* const> texts, std::string_view between) {
     std::string all;
     for (const char* text : texts) {
@@ -40,4 +42,14 @@ std::vector<std::string> linesOf(std::string_view text) {
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
     return lines;
+}
+
+std::string hexDigits(std::uint64_t number, std::size_t numDigits) {
+    char digits[16];
+    const std::string_view text(digits, std::to_chars(digits, digits + sizeof digits, number, 16).ptr);
+    return std::string(numDigits > text.size() ? numDigits - text.size() : 0, '0').append(text);
+}
+
+std::string hexText(std::uint64_t number, std::size_t numDigits) {
+    return "0x" + hexDigits(number, numDigits);
 }

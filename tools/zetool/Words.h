@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -16,3 +17,7 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t width);
 
 // The lines of a text without their ends, empty ones too. The last one may lack its end.
 std::vector<std::string> linesOf(std::string_view text);
+
+// A number in hexadecimal digits, small letters, at least so many: "1f"; and behind its mark: "0x1f".
+std::string hexDigits(std::uint64_t number, std::size_t numDigits = 1);
+std::string hexText(std::uint64_t number, std::size_t numDigits = 1);

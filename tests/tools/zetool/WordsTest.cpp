@@ -19,4 +19,22 @@ TEST(Words, FindsNoLineInAnEmptyText) {
     EXPECT_THAT(linesOf(""), IsEmpty());
 }
 
+TEST(Words, WritesHexadecimalDigitsInSmallLetters) {
+    EXPECT_EQ(hexDigits(0), "0");
+    EXPECT_EQ(hexDigits(0x1f), "1f");
+    EXPECT_EQ(hexDigits(0xfedc'ba98'7654'3210), "fedcba9876543210");
+}
+
+TEST(Words, FillsHexadecimalDigitsUpWithZeros) {
+    EXPECT_EQ(hexDigits(0x1f, 4), "001f");
+    EXPECT_EQ(hexDigits(0x1f, 1), "1f");
+    EXPECT_EQ(hexDigits(0, 0), "0");
+}
+
+TEST(Words, MarksAHexadecimalNumber) {
+    EXPECT_EQ(hexText(0), "0x0");
+    EXPECT_EQ(hexText(0x1f), "0x1f");
+    EXPECT_EQ(hexText(0x1f, 8), "0x0000001f");
+}
+
 } // namespace

@@ -9,6 +9,7 @@
 #include "tools/zetool/Messages.h"
 #include "tools/zetool/Result.h"
 #include "tools/zetool/TextTable.h"
+#include "tools/zetool/Words.h"
 
 #include <memory>
 
@@ -66,8 +67,9 @@ void writeTable(OutputFile& output, const Program& program) {
     constexpr auto s_right = TextTable::Align::Right;
     TextTable table({{"Num", s_right}, {"Value"}, {"Size", s_right}, {"Ndx", s_right}, {"Short"}, {"Name"}});
     for (const Function& function : program.functions)
-        table.add({std::to_string(function.number), hexText(function.value, 8), symbolSizeText(function.size),
-                   function.index, shownText(function.shortName), shownText(function.name)});
+        table.add({std::to_string(function.number), hexDigits(function.value, 8),
+                   symbolSizeText(function.size), function.index, shownText(function.shortName),
+                   shownText(function.name)});
     output.write("Functions of '" + shownText(program.file) + "', " + entriesText(program.functions.size()) +
                  ":\n");
     table.write(output);

@@ -4,6 +4,7 @@
 #include "tools/zetool/elf/ElfWords.h"
 #include "tools/zetool/Result.h"
 #include "tools/zetool/TextTable.h"
+#include "tools/zetool/Words.h"
 
 namespace {
 
@@ -12,17 +13,17 @@ enum Ident { Class = 4, Encoding, Version, OsAbi, AbiVersion }; // places in e_i
 std::string magicText(const ElfHeader& header) {
     std::string text;
     for (const unsigned byte : header.e_ident)
-        text += (text.empty() ? "" : " ") + hexText(byte, 2);
+        text += (text.empty() ? "" : " ") + hexDigits(byte, 2);
     return text;
 }
 
 std::string versionText(std::uint32_t version) {
-    return "0x" + hexText(version, 1);
+    return hexText(version);
 }
 
 void writeHeader(OutputFile& output, const ElfHeader& header) {
     const auto number = [](std::uint32_t value) { return std::to_string(value); };
-    const auto hex = [](std::uint32_t value) { return "0x" + hexText(value, 1); };
+    const auto hex = [](std::uint32_t value) { return hexText(value); };
     TextTable table({{"Field"}, {"Value"}});
     table.add({"Magic", magicText(header)});
     table.add({"Class", fileClassText(header.e_ident[Class])});
@@ -47,15 +48,14 @@ void writeHeader(OutputFile& output, const ElfHeader& header) {
 }
 
 void writeSegments(OutputFile& output, const ElfView& view) {
-    const auto address = [](std::uint32_t value) { return "0x" + hexText(value, 8); };
-    const auto size = [](std::uint32_t value) { return "0x" + hexText(value, 5); };
+    const auto address = [](std::uint32_t value) { return hexText(value, 8); };
+    const auto size = [](std::uint32_t value) { return hexText(value, 5); };
     TextTable table(
         {{"Type"}, {"Offset"}, {"VirtAddr"}, {"PhysAddr"}, {"FileSiz"}, {"MemSiz"}, {"Flg"}, {"Align"}});
     for (const ElfProgramHeader& segment : view.segments())
-        table.add({segmentTypeText(segment.p_type), "0x" + hexText(segment.p_offset, 6),
-                   address(segment.p_vaddr), address(segment.p_paddr), size(segment.p_filesz),
-                   size(segment.p_memsz), segmentFlagsText(segment.p_flags),
-                   "0x" + hexText(segment.p_align, 1)});
+        table.add({segmentTypeText(segment.p_type), hexText(segment.p_offset, 6), address(segment.p_vaddr),
+                   address(segment.p_paddr), size(segment.p_filesz), size(segment.p_memsz),
+                   segmentFlagsText(segment.p_flags), hexText(segment.p_align)});
     output.write("\nProgram headers:\n");
     table.write(output);
 }

@@ -5,6 +5,7 @@
 #include "tools/zetool/elf/RelocationView.h"
 #include "tools/zetool/Result.h"
 #include "tools/zetool/TextTable.h"
+#include "tools/zetool/Words.h"
 
 #include <cstdint>
 
@@ -12,7 +13,7 @@ namespace {
 
 std::string addendText(std::int32_t addend) {
     const auto number = static_cast<std::uint32_t>(addend);
-    return addend < 0 ? "-0x" + hexText(0 - number, 1) : "0x" + hexText(number, 1);
+    return addend < 0 ? "-" + hexText(0 - number) : hexText(number);
 }
 
 // The name of an entry's symbol: empty for the null symbol, nothing for one that isn't there.
@@ -33,17 +34,18 @@ void writeTable(OutputFile& output, const ElfView& view, const RelocationView& r
     for (std::size_t i = 0; i < relocations.size(); ++i) {
         const ElfRelocation relocation = relocations[i];
         const std::optional<ElfSymbol> symbol = relocations.symbolOf(relocation);
-        std::vector<std::string> cells = {hexText(relocation.getOffset(), 8), hexText(relocation.r_info, 8),
+        std::vector<std::string> cells = {hexDigits(relocation.getOffset(), 8),
+                                          hexDigits(relocation.r_info, 8),
                                           relocationTypeText(view.header().e_machine, relocation.getType()),
-                                          symbol ? hexText(symbol->st_value, 8) : "",
+                                          symbol ? hexDigits(symbol->st_value, 8) : "",
                                           nameText(symbolName(view, relocations, relocation))};
         if (relocations.hasAddends())
             cells.insert(cells.begin() + 4, addendText(relocation.getAddend()));
         table.add(std::move(cells));
     }
     const ElfSectionHeader& section = relocations.section();
-    output.write("Relocation section '" + nameText(view.sectionName(section)) + "' at offset 0x" +
-                 hexText(section.sh_offset, 1) + " contains " + entriesText(relocations.size()) + ":\n");
+    output.write("Relocation section '" + nameText(view.sectionName(section)) + "' at offset " +
+                 hexText(section.sh_offset) + " contains " + entriesText(relocations.size()) + ":\n");
     table.write(output);
 }
 

@@ -4,6 +4,7 @@
 #include "tools/zetool/elf/ElfWords.h"
 #include "tools/zetool/Result.h"
 #include "tools/zetool/TextTable.h"
+#include "tools/zetool/Words.h"
 
 namespace {
 
@@ -22,10 +23,11 @@ void writeTable(OutputFile& output, const ElfView& view) {
                      {"Al", s_right}});
     for (const ElfSectionHeader& section : view.sections())
         table.add({std::to_string(section.getNum()), nameText(view.sectionName(section)),
-                   sectionTypeText(section.sh_type), hexText(section.sh_addr, 8),
-                   hexText(section.sh_offset, 6), hexText(section.sh_size, 6), hexText(section.sh_entsize, 2),
-                   sectionFlagsText(section.sh_flags), std::to_string(section.sh_link),
-                   std::to_string(section.sh_info), std::to_string(section.sh_addralign)});
+                   sectionTypeText(section.sh_type), hexDigits(section.sh_addr, 8),
+                   hexDigits(section.sh_offset, 6), hexDigits(section.sh_size, 6),
+                   hexDigits(section.sh_entsize, 2), sectionFlagsText(section.sh_flags),
+                   std::to_string(section.sh_link), std::to_string(section.sh_info),
+                   std::to_string(section.sh_addralign)});
     table.write(output);
 }
 

@@ -4,6 +4,7 @@
 #include "tools/zetool/elf/ElfWords.h"
 #include "tools/zetool/Result.h"
 #include "tools/zetool/TextTable.h"
+#include "tools/zetool/Words.h"
 
 namespace {
 
@@ -21,7 +22,7 @@ void writeTable(OutputFile& output, const ElfView& view, const ElfSectionHeader&
                      {"Name"}});
     for (std::size_t i = 0; i < view.numSymbols(section); ++i) {
         const ElfSymbol symbol = view.symbol(section, i);
-        table.add({std::to_string(i), hexText(symbol.st_value, 8), symbolSizeText(symbol.st_size),
+        table.add({std::to_string(i), hexDigits(symbol.st_value, 8), symbolSizeText(symbol.st_size),
                    symbolTypeText(view.header(), symbol), bindingText(view.header(), symbol),
                    visibilityText(symbol), placeText(view.header(), symbol),
                    nameText(view.symbolName(section, symbol))});

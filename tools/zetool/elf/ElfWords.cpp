@@ -1,5 +1,7 @@
 #include "tools/zetool/elf/ElfWords.h"
 
+#include "tools/zetool/Words.h"
+
 #include <cstdio>
 #include <span>
 
@@ -194,11 +196,6 @@ std::string entriesText(std::size_t count) {
     return std::to_string(count) + (count == 1 ? " entry" : " entries");
 }
 
-std::string hexText(std::uint32_t number, unsigned numDigits) {
-    const std::string digits = hexOf("%x", number);
-    return std::string(numDigits > digits.size() ? numDigits - digits.size() : 0, '0') + digits;
-}
-
 std::string fileClassText(unsigned fileClass) {
     return wordOrUnknown(s_classes, fileClass);
 }
@@ -255,7 +252,7 @@ std::string relocationTypeText(unsigned machine, unsigned type) {
 
 std::string symbolSizeText(std::uint32_t size) {
     constexpr std::uint32_t s_largestDecimal = 99'999;
-    return size <= s_largestDecimal ? std::to_string(size) : hexOf("%#x", size);
+    return size <= s_largestDecimal ? std::to_string(size) : hexText(size);
 }
 
 std::string symbolTypeText(const ElfHeader& header, const ElfSymbol& symbol) {

@@ -23,9 +23,6 @@ std::string nameText(const std::optional<std::string_view>& name);
 // "1 entry", "2 entries".
 std::string entriesText(std::size_t count);
 
-// A number in hexadecimal digits, at least so many.
-std::string hexText(std::uint32_t number, unsigned numDigits);
-
 std::string fileClassText(unsigned fileClass);
 std::string encodingText(unsigned encoding);
 std::string osAbiText(unsigned osAbi);

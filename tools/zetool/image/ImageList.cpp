@@ -4,6 +4,7 @@
 #include "tools/zetool/image/SectorList.h"
 #include "tools/zetool/Result.h"
 #include "tools/zetool/TextTable.h"
+#include "tools/zetool/Words.h"
 
 namespace {
 

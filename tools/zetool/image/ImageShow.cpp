@@ -6,6 +6,7 @@
 #include "tools/zetool/image/SectorList.h"
 #include "tools/zetool/Messages.h"
 #include "tools/zetool/Result.h"
+#include "tools/zetool/Words.h"
 
 #include <algorithm>
 

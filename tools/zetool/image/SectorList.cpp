@@ -1,6 +1,7 @@
 #include "tools/zetool/image/SectorList.h"
 
 #include "tools/zetool/Messages.h"
+#include "tools/zetool/Words.h"
 
 SectorList readSectors(InputFile& input, bool check) {
     SectorList list;

@@ -1,7 +1,8 @@
 #include "tools/zetool/image/SectorTypes.h"
 
+#include "tools/zetool/Words.h"
+
 #include <algorithm>
-#include <charconv>
 #include <iterator>
 
 namespace {
@@ -40,14 +41,6 @@ std::string sectorTypeText(std::int32_t type) {
     return row ? row->name : "type " + std::to_string(type);
 }
 
-std::string hexText(std::uint64_t number) {
-    char digits[16];
-    const auto [end, error] = std::to_chars(digits, digits + sizeof digits, number, 16);
-    return "0x" + std::string(digits, end);
-}
-
 std::string crcText(std::uint32_t crc) {
-    constexpr std::size_t s_numDigits = 8;
-    std::string text = hexText(crc);
-    return text.insert(2, s_numDigits + 2 - text.size(), '0');
+    return hexText(crc, 2 * sizeof crc);
 }

@@ -29,8 +29,5 @@ const SectorTypeRow* findSectorType(std::string_view name);
 // The type's name, or its number as "type 7".
 std::string sectorTypeText(std::int32_t type);
 
-// A number as 0x1f.
-std::string hexText(std::uint64_t number);
-
 // A CRC, in all its digits.
 std::string crcText(std::uint32_t crc);

@@ -9,6 +9,7 @@
 #include "tools/zetool/Messages.h"
 #include "tools/zetool/pll/PllWords.h"
 #include "tools/zetool/Result.h"
+#include "tools/zetool/Words.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -156,12 +157,6 @@ std::string ratioText(const Setting& setting) {
     return std::to_string(setting.dividers.feedback / setting.stepsPerUnit) + (isHalf ? ".5" : "");
 }
 
-std::string registerText(std::uint32_t value) {
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%x", static_cast<unsigned>(value));
-    return text;
-}
-
 std::string frequencyText(std::uint64_t frequency, const std::optional<std::uint32_t>& wanted) {
     std::string text = std::to_string(frequency) + " Hz";
     if (wanted && *wanted != frequency)
@@ -185,12 +180,12 @@ void writeText(OutputFile& output, const Device& device, const Setting& setting)
     line("output divider", std::to_string(setting.dividers.output));
     line("VCO", frequencyText(setting.vco, {}));
     line("system frequency", frequencyText(setting.system, setting.wantedSystem));
-    line("PLL register", registerText(setting.pllRegister));
+    line("PLL register", hexText(setting.pllRegister));
     if (!setting.hasReference)
         return;
     line("reference divider", std::to_string(setting.referenceDivider));
     line("reference frequency", frequencyText(setting.reference, setting.wantedReference));
-    line("reference register", registerText(setting.referenceRegister));
+    line("reference register", hexText(setting.referenceRegister));
 }
 
 void writeObject(OutputFile& output, const Device& device, const Setting& setting) {

@@ -2,9 +2,10 @@
 
 #include "tools/zetool/wave/ResourceTypes.h"
 #include "tools/zetool/wave/StandardSignals.h"
+#include "tools/zetool/Words.h"
 
-#include <array>
-#include <cstdio>
+#include <algorithm>
+#include <cstdlib>
 #include <set>
 
 namespace {
@@ -26,14 +27,11 @@ constexpr std::size_t s_mostOpen = 24;
 
 constexpr std::size_t s_textBytes = 8; // of the texts that the plugin packs into a value
 
-std::string hexDigits(std::string_view bytes) {
-    static constexpr char s_digits[] = "0123456789abcdef";
+// A text as the plugin packs it, with zeros behind.
+std::string packedDigits(std::string_view bytes) {
     std::string digits;
-    for (std::size_t index = 0; index < s_textBytes; ++index) {
-        const auto byte = index < bytes.size() ? static_cast<unsigned char>(bytes[index]) : 0u;
-        digits += s_digits[byte >> 4];
-        digits += s_digits[byte & 15];
-    }
+    for (std::size_t index = 0; index < s_textBytes; ++index)
+        digits += hexDigits(index < bytes.size() ? static_cast<unsigned char>(bytes[index]) : 0u, 2);
     return digits;
 }
 
@@ -59,7 +57,7 @@ const std::string& resourceTypeTable() {
     static const std::string s_table = [] {
         std::string table;
         for (const std::string_view type : s_resourceTypes)
-            table += hexDigits(type) + " " + withoutBlanksBehind(type) + "\n";
+            table += packedDigits(type) + " " + withoutBlanksBehind(type) + "\n";
         return table;
     }();
     return s_table;
@@ -67,14 +65,10 @@ const std::string& resourceTypeTable() {
 
 // A description's values: decimal in the document, hexadecimal in all the signal's digits in a filter.
 std::string docTable(const WaveSignal& signal) {
-    const int numDigits = static_cast<int>((std::max(signal.variable->width, 1u) + 3) / 4);
+    const std::size_t numDigits = std::min((std::max(signal.variable->width, 1u) + 3) / 4, 16u);
     std::string table;
-    for (const auto& [value, text] : signal.doc->values) {
-        std::array<char, 64> digits = {};
-        std::snprintf(digits.data(), digits.size(), "%0*llx", std::min(numDigits, 16),
-                      std::strtoull(value.c_str(), nullptr, 0));
-        table += digits.data() + (" " + text) + "\n";
-    }
+    for (const auto& [value, text] : signal.doc->values)
+        table += hexDigits(std::strtoull(value.c_str(), nullptr, 0), numDigits) + " " + text + "\n";
     return table;
 }
 
@@ -129,9 +123,7 @@ void GtkwaveSession::setFlags(unsigned int flags) {
     if (flags == m_flags)
         return;
     m_flags = flags;
-    std::array<char, 16> text = {};
-    std::snprintf(text.data(), text.size(), "@%x\n", flags);
-    m_text += text.data();
+    m_text += "@" + hexDigits(flags) + "\n";
 }
 
 void GtkwaveSession::addGroupLine(unsigned int flags, const std::string& name) {
@@ -201,7 +193,7 @@ std::string GtkwaveSession::functionTable(const std::string& core) {
         if (map.core != core)
             continue;
         for (const StructureAlias& entry : map.entries) {
-            const std::string digits = hexDigits(entry.alias);
+            const std::string digits = packedDigits(entry.alias);
             if (shown.insert(digits).second)
                 table += digits + " " + entry.name + "\n";
         }

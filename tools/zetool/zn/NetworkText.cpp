@@ -6,7 +6,6 @@
 #include "tools/zetool/zn/LinkUsers.h"
 #include "tools/zetool/zn/ModelText.h"
 
-#include <cstdio>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -37,12 +36,6 @@ private:
     TextTable m_table;
     bool m_isEmpty = true;
 };
-
-std::string hexadecimal(unsigned number) {
-    char text[sizeof "0xffffffff"];
-    std::snprintf(text, sizeof text, "0x%x", number);
-    return text;
-}
 
 // Of a number that stands for "not given" where it is 0.
 std::string unlessZero(unsigned number) {
@@ -131,7 +124,7 @@ void writeNodes(OutputFile& output, const ZNLoader& network) {
         const auto position = network.m_positions.find(node->m_id);
         const bool hasPosition = network.m_topology == s_hypercube && position != network.m_positions.end();
         const auto* device = deviceNode(node);
-        section.add({node->m_id, kindOf(*node), node->m_type, hexadecimal(node->m_routingId),
+        section.add({node->m_id, kindOf(*node), node->m_type, hexText(node->m_routingId),
                      hasPosition ? digitsOf(position->second) : "", bootText(node->m_boot),
                      booteesText(*node), device ? joined(flagsOf(*device), " ") : ""});
     }
@@ -139,7 +132,7 @@ void writeNodes(OutputFile& output, const ZNLoader& network) {
 }
 
 std::string registerText(const ZNLoader::Node& node, std::size_t index) {
-    return index < node.m_pllValues.size() ? hexadecimal(node.m_pllValues[index]) : "";
+    return index < node.m_pllValues.size() ? hexText(node.m_pllValues[index]) : "";
 }
 
 void writeClocks(OutputFile& output, const ZNLoader& network) {
@@ -192,7 +185,7 @@ void writeCores(OutputFile& output, const ZNLoader& network) {
             const auto found = configs.find(core->m_number);
             if (found != configs.end()) {
                 const CoreConfig& config = *found->second;
-                cells.push_back(hexadecimal(static_cast<unsigned>(config.ramBase)));
+                cells.push_back(hexText(static_cast<unsigned>(config.ramBase)));
                 for (const int number :
                      {config.ramSize, config.numThreads, config.numTimers, config.numChanEnds})
                     cells.push_back(std::to_string(number));

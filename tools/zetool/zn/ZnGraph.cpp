@@ -6,9 +6,9 @@
 #include "tools/zetool/Result.h"
 #include "tools/zetool/Utf8.h"
 #include "tools/zetool/WholeFile.h"
+#include "tools/zetool/Words.h"
 #include "tools/zetool/zn/ModelText.h"
 
-#include <cstdio>
 #include <unordered_map>
 
 namespace {
@@ -45,12 +45,6 @@ std::string shown(std::string_view text) {
     return result;
 }
 
-std::string hexadecimal(unsigned number) {
-    char text[sizeof "0xffffffff"];
-    std::snprintf(text, sizeof text, "0x%04x", number);
-    return text;
-}
-
 using Names = std::unordered_map<const ZNLoader::Node*, std::string>;
 
 // What stands at an end: the number of the link or of the channel end.
@@ -61,7 +55,7 @@ int numberAt(ZNLoader::ZlinkEnd& end) {
 
 void writeNode(OutputFile& output, const std::string& name, ZNLoader::Node& node) {
     std::string line = "  " + name + " [label=\"" + shown(node.m_id) + "\\n" + shown(node.m_type) + "\\n" +
-                       hexadecimal(node.m_routingId) + "\"";
+                       hexText(node.m_routingId, 4) + "\"";
     line += deviceNode(&node) ? s_deviceStyle : "";
     line += zsscNode(&node) ? s_zsscStyle : "";
     output.write(line + "];\n");
