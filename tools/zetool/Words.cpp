@@ -53,3 +53,26 @@ std::string hexDigits(std::uint64_t number, std::size_t numDigits) {
 std::string hexText(std::uint64_t number, std::size_t numDigits) {
     return "0x" + hexDigits(number, numDigits);
 }
+
+std::string withEntities(std::string_view text, Quotes quotes) {
+    std::string result;
+    for (const char c : text) {
+        switch (c) {
+        case '&':
+            result += "&amp;";
+            break;
+        case '<':
+            result += "&lt;";
+            break;
+        case '>':
+            result += "&gt;";
+            break;
+        case '"':
+            result += quotes == Quotes::Replaced ? "&quot;" : "\"";
+            break;
+        default:
+            result += c;
+        }
+    }
+    return result;
+}

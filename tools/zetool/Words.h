@@ -21,3 +21,8 @@ std::vector<std::string> linesOf(std::string_view text);
 // A number in hexadecimal digits, small letters, at least so many: "1f"; and behind its mark: "0x1f".
 std::string hexDigits(std::uint64_t number, std::size_t numDigits = 1);
 std::string hexText(std::uint64_t number, std::size_t numDigits = 1);
+
+// A text as XML holds it: with entities in place of &, < and >, and of quotes where an attribute is quoted by
+// them.
+enum class Quotes { Kept, Replaced };
+std::string withEntities(std::string_view text, Quotes quotes = Quotes::Kept);

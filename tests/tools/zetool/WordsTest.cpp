@@ -37,4 +37,14 @@ TEST(Words, MarksAHexadecimalNumber) {
     EXPECT_EQ(hexText(0x1f, 8), "0x0000001f");
 }
 
+TEST(Words, PutsEntitiesInPlaceOfMarks) {
+    EXPECT_EQ(withEntities("a<b>c&d'e"), "a&lt;b&gt;c&amp;d'e");
+    EXPECT_EQ(withEntities("&lt;"), "&amp;lt;");
+}
+
+TEST(Words, ReplacesQuotesWhereTheyEndAnAttribute) {
+    EXPECT_EQ(withEntities("say \"<\""), "say \"&lt;\"");
+    EXPECT_EQ(withEntities("say \"<\"", Quotes::Replaced), "say &quot;&lt;&quot;");
+}
+
 } // namespace

@@ -1,6 +1,7 @@
 #include "tools/zetool/config/ConfigSchemaWalk.h"
 
 #include "infr_libs/ErrorHandler/FormattedText.h"
+#include "tools/zetool/Words.h"
 
 #include <cstdlib>
 #include <new>
@@ -47,21 +48,6 @@ std::vector<const char*> subNodeNames(const XmlNode* node) {
     return names;
 }
 
-std::string escaped(std::string_view text) {
-    std::string result;
-    for (const char c : text) {
-        if (c == '&')
-            result += "&amp;";
-        else if (c == '<')
-            result += "&lt;";
-        else if (c == '>')
-            result += "&gt;";
-        else
-            result += c;
-    }
-    return result;
-}
-
 // Every element of a tree, without recursion: documents can be deep.
 template<typename Body>
 void forAll(XmlNode* root, const Body& body) {
@@ -77,11 +63,11 @@ void forAll(XmlNode* root, const Body& body) {
 
 void escape(XmlNode& root) {
     forAll(&root, [](XmlNode* node) {
-        const std::string value = escaped(*node->getValue());
+        const std::string value = withEntities(*node->getValue());
         node->setValue(&value);
         for (unsigned i = 0; i < node->numAttributes(); ++i) {
             XmlAttribute* const attribute = node->getAttribute(i);
-            attribute->setValue(escaped(*attribute->getValue()).c_str());
+            attribute->setValue(withEntities(*attribute->getValue()).c_str());
         }
     });
 }

@@ -1,10 +1,10 @@
 #include "tools/zetool/xml/XmlTree.h"
 
 #include "tools/zetool/Json.h"
+#include "tools/zetool/Words.h"
 
 #include <algorithm>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace {
@@ -39,35 +39,13 @@ std::string indentation(std::size_t depth) {
     return std::string(2 * std::min(depth, s_deepestIndent), ' ');
 }
 
-std::string withEntities(const std::string& text, bool inAttribute) {
-    std::string result;
-    for (const char c : text) {
-        switch (c) {
-        case '&':
-            result += "&amp;";
-            break;
-        case '<':
-            result += "&lt;";
-            break;
-        case '>':
-            result += "&gt;";
-            break;
-        case '"':
-            result += inAttribute ? "&quot;" : "\"";
-            break;
-        default:
-            result += c;
-        }
-    }
-    return result;
-}
-
 std::string startTag(const XmlNode& node, bool escaped) {
     std::string tag = "<" + *node.getName();
     for (unsigned i = 0; i < node.numAttributes(); ++i) {
         const XmlAttribute& attribute = *node.getAttribute(i);
         const std::string& value = *attribute.getValue();
-        tag += " " + *attribute.getName() + "=\"" + (escaped ? withEntities(value, true) : value) + "\"";
+        tag += " " + *attribute.getName() + "=\"" +
+               (escaped ? withEntities(value, Quotes::Replaced) : value) + "\"";
     }
     return tag;
 }
@@ -96,7 +74,7 @@ void writeTreeText(OutputFile& output, const XmlNode& root, bool escaped) {
             return;
         }
         output.write(">");
-        output.write(escaped ? withEntities(*node.getValue(), false) : *node.getValue());
+        output.write(escaped ? withEntities(*node.getValue()) : *node.getValue());
         if (node.numNodes() > 0)
             output.write("\n");
     };
