@@ -13,6 +13,10 @@ Json jsonText(std::string_view text) {
     return toUtf8(text);
 }
 
+std::string jsonLine(const Json& value) {
+    return value.dump(-1, ' ', true);
+}
+
 void writeJson(OutputFile& output, const Json& object) {
     constexpr int s_indent = 2;
     output.write(object.dump(s_indent, ' ', true));

@@ -15,4 +15,7 @@ Json jsonObject(std::string_view type, int version);
 // A text of any bytes as JSON takes it.
 Json jsonText(std::string_view text);
 
+// A value on one line, in ASCII.
+std::string jsonLine(const Json& value);
+
 void writeJson(OutputFile& output, const Json& object);

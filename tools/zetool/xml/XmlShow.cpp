@@ -26,7 +26,7 @@ int showJson(const Invocation& invocation) {
     OutputFile output = resultFile(invocation);
     output.write("{\n  \"type\": \"xml\",\n  \"version\": 1,\n");
     if (failure) {
-        output.write("  \"error\": " + jsonText(failure->error).dump(-1, ' ', true));
+        output.write("  \"error\": " + jsonLine(jsonText(failure->error)));
     } else {
         output.write("  \"tree\": ");
         writeTreeJson(output, *document->root());

@@ -59,10 +59,6 @@ Json attributesJson(const XmlNode& node) {
     return list;
 }
 
-std::string written(const Json& value) {
-    return value.dump(-1, ' ', true);
-}
-
 } // namespace
 
 void writeTreeText(OutputFile& output, const XmlNode& root, bool escaped) {
@@ -94,10 +90,10 @@ void writeTreeJson(OutputFile& output, const XmlNode& root) {
     const auto enter = [&](const XmlNode& node, std::size_t depth, bool isFirst) {
         if (depth > 0)
             output.write((isFirst ? "\n" : ",\n") + indentation(depth + s_outer));
-        output.write("{\"name\": " + written(jsonText(*node.getName())));
-        output.write(", \"value\": " + written(jsonText(*node.getValue())));
+        output.write("{\"name\": " + jsonLine(jsonText(*node.getName())));
+        output.write(", \"value\": " + jsonLine(jsonText(*node.getValue())));
         output.write(", \"line\": " + std::to_string(node.getLineNum()));
-        output.write(", \"attributes\": " + written(attributesJson(node)));
+        output.write(", \"attributes\": " + jsonLine(attributesJson(node)));
         output.write(", \"children\": [");
     };
     const auto leave = [&](const XmlNode& node, std::size_t depth) {

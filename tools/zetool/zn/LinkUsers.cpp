@@ -23,7 +23,7 @@ void appendJson(std::string& text, const ZNLoader::Node* node) {
         text += node->m_id;
         text += '"';
     } else {
-        text += jsonText(node->m_id).dump(-1, ' ', true);
+        text += jsonLine(jsonText(node->m_id));
     }
 }
 
