@@ -1,7 +1,5 @@
 #include "tools/zetool/Words.h"
 
-#include <charconv>
-
 std::string joined(std::span<const char* const> texts, std::string_view between) {
     std::string all;
     for (const char* text : texts) {

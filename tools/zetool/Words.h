@@ -1,10 +1,13 @@
 #pragma once
 
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 // Small text helpers that commands, help, man page and completions share.
@@ -17,6 +20,16 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t width);
 
 // The lines of a text without their ends, empty ones too. The last one may lack its end.
 std::vector<std::string> linesOf(std::string_view text);
+
+// The number that a whole text is; nothing for any other text, and for a number beyond the type's limits. An
+// unsigned one has no sign.
+template<typename Number>
+std::optional<Number> wholeNumber(std::string_view text, int base = 10) {
+    Number number = 0;
+    const char* const last = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), last, number, base);
+    return error == std::errc() && end == last ? std::optional<Number>(number) : std::nullopt;
+}
 
 // A number in hexadecimal digits, small letters, at least so many: "1f"; and behind its mark: "0x1f".
 std::string hexDigits(std::uint64_t number, std::size_t numDigits = 1);

@@ -4,6 +4,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Optional;
 
 TEST(Words, SplitsATextIntoItsLines) {
     EXPECT_THAT(linesOf("one\ntwo\n"), ElementsAre("one", "two"));
@@ -17,6 +18,30 @@ TEST(Words, KeepsEmptyLines) {
 
 TEST(Words, FindsNoLineInAnEmptyText) {
     EXPECT_THAT(linesOf(""), IsEmpty());
+}
+
+TEST(Words, TakesATextForANumberAsAWhole) {
+    EXPECT_THAT(wholeNumber<unsigned>("0"), Optional(0u));
+    EXPECT_THAT(wholeNumber<unsigned>("0042"), Optional(42u));
+    for (const char* text : {"", " 1", "1 ", "1a", "a", "+1", "0x1", "1.0"})
+        EXPECT_EQ(wholeNumber<unsigned>(text), std::nullopt) << text;
+}
+
+TEST(Words, TakesNoNumberBeyondItsType) {
+    EXPECT_THAT(wholeNumber<std::uint16_t>("65535"), Optional(65535));
+    EXPECT_EQ(wholeNumber<std::uint16_t>("65536"), std::nullopt);
+    EXPECT_THAT(wholeNumber<std::uint64_t>("18446744073709551615"), Optional(18446744073709551615u));
+    EXPECT_EQ(wholeNumber<std::uint64_t>("18446744073709551616"), std::nullopt);
+}
+
+TEST(Words, TakesASignForANumberThatCanHaveOne) {
+    EXPECT_THAT(wholeNumber<int>("-1"), Optional(-1));
+    EXPECT_EQ(wholeNumber<unsigned>("-1"), std::nullopt);
+}
+
+TEST(Words, TakesANumberOfAnotherBaseWithoutItsMark) {
+    EXPECT_THAT(wholeNumber<unsigned>("1fF", 16), Optional(0x1ffu));
+    EXPECT_EQ(wholeNumber<unsigned>("0x1f", 16), std::nullopt);
 }
 
 TEST(Words, WritesHexadecimalDigitsInSmallLetters) {

@@ -2,10 +2,11 @@
 
 #include "infr_libs/XmlParser/XmlNode.h"
 #include "tools/zetool/Messages.h"
+#include "tools/zetool/Words.h"
 
-#include <charconv>
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 namespace {
 
@@ -16,13 +17,8 @@ namespace {
 // A whole text that is a number, as a document may write one.
 std::optional<std::uint32_t> numberOf(const std::string& text) {
     const bool isHexadecimal = text.starts_with("0x");
-    const char* const begin = text.data() + (isHexadecimal ? 2 : 0);
-    std::uint32_t number = 0;
-    const auto [end, error] =
-        std::from_chars(begin, text.data() + text.size(), number, isHexadecimal ? 16 : 10);
-    if (error != std::errc() || end != text.data() + text.size())
-        return std::nullopt;
-    return number;
+    return isHexadecimal ? wholeNumber<std::uint32_t>(std::string_view(text).substr(2), 16)
+                         : wholeNumber<std::uint32_t>(text);
 }
 
 } // namespace

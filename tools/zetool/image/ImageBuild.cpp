@@ -10,8 +10,8 @@
 #include "tools/zetool/Messages.h"
 #include "tools/zetool/OutputFile.h"
 #include "tools/zetool/WholeFile.h"
+#include "tools/zetool/Words.h"
 
-#include <charconv>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -67,21 +67,13 @@ bool checkProgram(const Program& program) {
     }
 }
 
-std::optional<std::uint16_t> numberOf(std::string_view text) {
-    std::uint16_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size())
-        return std::nullopt;
-    return number;
-}
-
 // The place of a core by its name, or by "POSITION:CORE"; nothing if the network has no such core.
 std::optional<Place> placeOf(const ZNLoader& network, const std::string& core) {
     std::optional<Place> given;
     const std::size_t colon = core.find(':');
     if (colon != std::string::npos) {
-        const auto position = numberOf(std::string_view(core).substr(0, colon));
-        const auto number = numberOf(std::string_view(core).substr(colon + 1));
+        const auto position = wholeNumber<std::uint16_t>(std::string_view(core).substr(0, colon));
+        const auto number = wholeNumber<std::uint16_t>(std::string_view(core).substr(colon + 1));
         if (position && number)
             given = Place{*position, *number};
     }

@@ -8,9 +8,9 @@
 #include "tools/zetool/Result.h"
 #include "tools/zetool/TextTable.h"
 #include "tools/zetool/WholeFile.h"
+#include "tools/zetool/Words.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace {
 
@@ -44,9 +44,8 @@ std::optional<unsigned int> numberOption(const Invocation& invocation, const cha
     if (!invocation.has(option))
         return std::nullopt;
     const std::string& text = invocation.value(option);
-    unsigned int number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size())
+    const std::optional<unsigned int> number = wholeNumber<unsigned int>(text);
+    if (!number)
         throw ToolFailure(std::string("plan: --") + option + ": '" + text + "' isn't a number");
     return number;
 }

@@ -1,10 +1,10 @@
 #include "tools/zetool/wave/StandardBody.h"
 
 #include "tools/zetool/Messages.h"
+#include "tools/zetool/Words.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 namespace {
 
@@ -259,13 +259,12 @@ bool StandardBody::readNumber(std::string_view word, std::uint64_t line) {
     if (end == std::string_view::npos || end == 0)
         return false;
     const std::uint32_t slotNumber = m_signals.table().find(word.substr(end));
-    std::int64_t value = 0;
-    const auto parsed = std::from_chars(word.data(), word.data() + end, value);
-    if (slotNumber == IdentifierTable::s_none || parsed.ec != std::errc() || parsed.ptr != word.data() + end)
+    const auto value = wholeNumber<std::int64_t>(word.substr(0, end));
+    if (slotNumber == IdentifierTable::s_none || !value)
         return false;
     if (!m_isOfPlugin)
         badValues.note(word, line);
-    const auto bits = static_cast<std::uint32_t>(value);
+    const auto bits = static_cast<std::uint32_t>(*value);
     std::array<char, 32> digits = {};
     for (std::size_t index = 0; index < digits.size(); ++index)
         digits[index] = (bits >> (digits.size() - 1 - index) & 1) ? '1' : '0';

@@ -1,5 +1,7 @@
 #include "tools/zetool/wave/TimeScale.h"
 
+#include "tools/zetool/Words.h"
+
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -161,10 +163,10 @@ bool TimeNumbers::read(std::string_view text, std::uint64_t& count) {
     const bool isNegative = text.starts_with('-');
     if (isNegative)
         text.remove_prefix(1);
-    std::uint64_t number = 0;
-    const auto parsed = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (parsed.ec != std::errc() || parsed.ptr != text.data() + text.size())
+    const auto whole = wholeNumber<std::uint64_t>(text);
+    if (!whole)
         return false;
+    const std::uint64_t number = *whole;
     if (!m_isOfPlugin) {
         count = number;
         m_isNegative = isNegative;

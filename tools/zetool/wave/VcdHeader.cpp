@@ -1,10 +1,10 @@
 #include "tools/zetool/wave/VcdHeader.h"
 
 #include "tools/zetool/wave/VcdSource.h"
+#include "tools/zetool/Words.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 namespace {
 
@@ -220,13 +220,13 @@ private:
         std::string_view rest = m_body;
         VcdVariable variable;
         variable.type = takeWord(rest);
-        const std::string_view width = takeWord(rest);
+        const auto width = wholeNumber<unsigned int>(takeWord(rest));
         variable.identifier = takeWord(rest);
         variable.scope = m_scope;
         variable.line = m_bodyLine;
-        const auto parsed = std::from_chars(width.data(), width.data() + width.size(), variable.width);
-        if (parsed.ec != std::errc() || parsed.ptr != width.data() + width.size())
+        if (!width)
             return fault("a $var without a width");
+        variable.width = *width;
         if (variable.identifier.empty())
             return fault("a $var without an identifier");
         // Exactly one blank stands before the plugin's names; more belong to the name.
