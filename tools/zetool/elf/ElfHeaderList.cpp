@@ -17,13 +17,8 @@ std::string magicText(const ElfHeader& header) {
     return text;
 }
 
-std::string versionText(std::uint32_t version) {
-    return hexText(version);
-}
-
 void writeHeader(OutputFile& output, const ElfHeader& header) {
     const auto number = [](std::uint32_t value) { return std::to_string(value); };
-    const auto hex = [](std::uint32_t value) { return hexText(value); };
     TextTable table({{"Field"}, {"Value"}});
     table.add({"Magic", magicText(header)});
     table.add({"Class", fileClassText(header.e_ident[Class])});
@@ -33,11 +28,11 @@ void writeHeader(OutputFile& output, const ElfHeader& header) {
     table.add({"ABI version", number(header.e_ident[AbiVersion])});
     table.add({"Type", fileTypeText(header.e_type)});
     table.add({"Machine", machineText(header.e_machine)});
-    table.add({"Version", versionText(header.e_version)});
-    table.add({"Entry point address", hex(header.e_entry)});
+    table.add({"Version", hexText(header.e_version)});
+    table.add({"Entry point address", hexText(header.e_entry)});
     table.add({"Start of program headers", number(header.e_phoff)});
     table.add({"Start of section headers", number(header.e_shoff)});
-    table.add({"Flags", hex(header.e_flags)});
+    table.add({"Flags", hexText(header.e_flags)});
     table.add({"Size of this header", number(header.e_ehsize)});
     table.add({"Size of program headers", number(header.e_phentsize)});
     table.add({"Number of program headers", number(header.e_phnum)});

@@ -124,9 +124,7 @@ void writeSignals(OutputFile& output, const WordSignals& word) {
     table.write(output);
 }
 
-void writeWord(OutputFile& output, const WordSignals& word, const std::string& place, bool withNames) {
-    if (!withNames)
-        return;
+void writeWord(OutputFile& output, const WordSignals& word, const std::string& place) {
     output.write("\n" + place + "-" + word.word + ": " + std::to_string(word.signals.size()) +
                  (word.signals.size() == 1 ? " signal\n" : " signals\n"));
     writeSignals(output, word);
@@ -183,11 +181,13 @@ void writeText(OutputFile& output, const Plan& plan, bool withNames) {
         output.write("\narguments for these " + std::to_string(plan.numSignals) + " signals:\n" +
                      *plan.arguments + "\n");
     writeStumbles(output, plan);
+    if (!withNames)
+        return;
     if (plan.pads)
-        writeWord(output, *plan.pads, "", withNames);
+        writeWord(output, *plan.pads, "");
     for (const CorePlan& corePlan : plan.cores)
         for (const WordSignals& word : corePlan.words)
-            writeWord(output, word, corePlan.core->name + " ", withNames);
+            writeWord(output, word, corePlan.core->name + " ");
 }
 
 Json wordJson(const WordSignals& word, bool withNames) {
