@@ -7,48 +7,37 @@
 #include "infr_libs/StringLibrary/StringLibrary.h"
 
 #include <memory>
-#include <string>
 #include <vector>
 
-// A pin, and one bit of a port or a link that is connected to it.
-struct PinConnection {
-    const IosPin* pin;
-    const IosPort* port = nullptr; // one of the two, or none
-    const IosZLink* link = nullptr;
-    unsigned node = 0;
-    unsigned core = 0; // of a port
-    unsigned bit = 0;
-    unsigned priority = 0; // of a port
-    bool isIn = false;     // of a link
-
-    // The name of the port or link; empty without one.
-    std::string name() const;
+// A port and a link with their places.
+struct PlacedPort {
+    unsigned node;
+    unsigned core;
+    const IosPort* port;
+};
+struct PlacedLink {
+    unsigned node;
+    const IosZLink* link;
 };
 
-// How commands call a link: "link3".
-std::string linkName(const IosZLink& link);
-
-// The map of an image, with all that it needs to live.
+// The pin map of a configuration, with all that it needs to live. Commands make it, and own it.
 class PinMap {
 public:
-    // The map of a configuration document. Throws what the readers throw.
-    explicit PinMap(const std::string& document);
+    // `root` is that of a ZSystem document with a `System` in it, which needn't outlive the map. Throws what
+    // the readers throw.
+    explicit PinMap(XmlNode* root);
 
-    const IosHandler& handler() const { return *m_handler; }
+    const IosHandler& handler() const { return m_handler; }
 
-    // Pins in the order of pads, each with its ports and then its link; a pin without either once.
-    const std::vector<PinConnection>& connections() const { return m_connections; }
+    // In the order of numbers, of a core or a node in the order of their making; the map owns what they
+    // point to.
+    std::vector<PlacedPort> ports() const;
+    std::vector<PlacedLink> links() const;
 
 private:
-    void connect();
-
     CatchableErrorHandler m_errorHandler;
     StringLibrary m_strings{&m_errorHandler};
-    ZelmUtils m_utils{&m_errorHandler, &m_strings, nullptr};
     std::unique_ptr<AutoDefines> m_autoDefines;
-    std::unique_ptr<IosHandler> m_handler;
-    std::vector<PinConnection> m_connections;
+    ZelmUtils m_utils;
+    IosHandler m_handler;
 };
-
-// The map of an image file, or null after the reader's messages.
-std::unique_ptr<PinMap> loadPinMap(const std::string& file);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tools/zetool/Json.h"
-#include "tools/zetool/pins/PinMap.h"
+#include "tools/zetool/pins/ConnectedPins.h"
 #include "tools/zetool/TextTable.h"
 
 #include <vector>

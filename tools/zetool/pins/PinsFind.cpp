@@ -9,12 +9,14 @@
 
 namespace {
 
-// The node, or node and core, in front of a name.
-std::string placed(unsigned node, const std::string& name) {
-    return std::to_string(node) + ":" + name;
+// Whether the name is the port's or link's own, alone or behind its place.
+bool isNameOf(const PlacedPort& placed, const std::string& name) {
+    const std::string& own = placed.port->getName();
+    return name == own || name == std::to_string(placed.node) + ":" + std::to_string(placed.core) + ":" + own;
 }
-std::string placed(unsigned node, unsigned core, const std::string& name) {
-    return std::to_string(node) + ":" + std::to_string(core) + ":" + name;
+bool isNameOf(const PlacedLink& placed, const std::string& name) {
+    const std::string own = linkName(*placed.link);
+    return name == own || name == std::to_string(placed.node) + ":" + own;
 }
 
 bool fits(const PinConnection& connection, const std::string& name) {
@@ -22,51 +24,37 @@ bool fits(const PinConnection& connection, const std::string& name) {
     if (name == pin.getPinName() || name == pin.getPackageName() + ":" + pin.getPinName())
         return true;
     if (connection.port)
-        return name == connection.port->getName() ||
-               name == placed(connection.node, connection.core, connection.port->getName());
-    if (connection.link)
-        return name == linkName(*connection.link) ||
-               name == placed(connection.node, linkName(*connection.link));
-    return false;
+        return isNameOf(PlacedPort{connection.node, connection.core, connection.port}, name);
+    return connection.link && isNameOf(PlacedLink{connection.node, connection.link}, name);
 }
 
 // Whether the name is that of a port or link, if without pins.
-bool isResource(const IosHandler& handler, const std::string& name) {
-    for (const unsigned node : handler.getNodes()) {
-        for (const unsigned core : handler.getCores(node))
-            for (const auto& port : *handler.getCorePorts(node, core))
-                if (name == port->getName() || name == placed(node, core, port->getName()))
-                    return true;
-        for (unsigned index = 0; index < handler.getNumZLinks(node); ++index) {
-            const std::string link = linkName(*handler.getZLink(node, index));
-            if (name == link || name == placed(node, link))
-                return true;
-        }
-    }
-    return false;
+bool isResource(const PinMap& map, const std::string& name) {
+    const auto isItsName = [&](const auto& placed) { return isNameOf(placed, name); };
+    return std::ranges::any_of(map.ports(), isItsName) || std::ranges::any_of(map.links(), isItsName);
 }
 
 } // namespace
 
 int pinsFind(const Invocation& invocation) {
     const std::string& file = invocation.value("FILE");
-    const std::unique_ptr<PinMap> map = loadPinMap(file);
-    if (!map)
+    const std::unique_ptr<ConnectedPins> pins = loadConnectedPins(file);
+    if (!pins)
         return s_foundWrong;
     bool isAllFound = true;
     Json results = Json::array();
     std::vector<PinConnection> rows;
     for (const std::string& name : invocation.values("NAME")) {
         std::vector<PinConnection> found;
-        std::ranges::copy_if(map->connections(), std::back_inserter(found),
+        std::ranges::copy_if(pins->connections(), std::back_inserter(found),
                              [&](const PinConnection& connection) { return fits(connection, name); });
         results.push_back({{"name", jsonText(name)}, {"connections", connectionsJson(found)}});
         rows.insert(rows.end(), found.begin(), found.end());
         if (!found.empty())
             continue;
         isAllFound = false;
-        printMessage(file, isResource(map->handler(), name) ? "'" + name + "' has no pin"
-                                                            : "there is no pin, port or link '" + name + "'");
+        printMessage(file, isResource(pins->map(), name) ? "'" + name + "' has no pin"
+                                                         : "there is no pin, port or link '" + name + "'");
     }
     OutputFile output = resultFile(invocation);
     if (invocation.has("json")) {

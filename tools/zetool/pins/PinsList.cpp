@@ -16,9 +16,9 @@ struct PadsByOwner {
     std::map<const IosZLink*, Pads> links;
 };
 
-PadsByOwner padsOf(const PinMap& map) {
+PadsByOwner padsOf(const ConnectedPins& pins) {
     PadsByOwner pads;
-    for (const PinConnection& connection : map.connections()) {
+    for (const PinConnection& connection : pins.connections()) {
         const std::pair bit(connection.isIn, connection.bit);
         if (connection.port)
             pads.ports[connection.port].emplace(bit, connection.pin->getNumber());
@@ -45,100 +45,84 @@ Json padsJson(const Pads& pads, bool isIn) {
     return list;
 }
 
-template<typename Map, typename Key>
-const Pads& padsOf(const Map& map, const Key& key) {
+const Pads& padsOf(const PadsByOwner& pads, const IosPort* port) {
     static const Pads s_none;
-    const auto found = map.find(key);
-    return found == map.end() ? s_none : found->second;
+    const auto found = pads.ports.find(port);
+    return found == pads.ports.end() ? s_none : found->second;
 }
 
-// Calls the operation with each port: node, core, port.
-template<typename Operation>
-void forEachPort(const IosHandler& handler, const Operation& operation) {
-    for (const unsigned node : handler.getNodes())
-        for (const unsigned core : handler.getCores(node))
-            for (const auto& port : *handler.getCorePorts(node, core))
-                operation(node, core, *port);
+// A document can claim any number of others in one word.
+std::vector<PlacedLink> linksWithPins(const PinMap& map, const PadsByOwner& pads) {
+    std::vector<PlacedLink> links = map.links();
+    std::erase_if(links, [&](const PlacedLink& placed) { return !pads.links.contains(placed.link); });
+    return links;
 }
 
-// Calls the operation with each link that has pins: node, link, pads. A document can claim any number of
-// others in one word.
-template<typename Operation>
-void forEachLink(const IosHandler& handler, const PadsByOwner& pads, const Operation& operation) {
-    for (const unsigned node : handler.getNodes())
-        for (unsigned index = 0; index < handler.getNumZLinks(node); ++index) {
-            const IosZLink* const link = handler.getZLink(node, index);
-            const auto found = pads.links.find(link);
-            if (found != pads.links.end())
-                operation(node, *link, found->second);
-        }
-}
-
-void writePorts(OutputFile& output, const PinMap& map) {
+void writePorts(OutputFile& output, const ConnectedPins& pins) {
     using enum TextTable::Align;
-    const PadsByOwner pads = padsOf(map);
+    const PadsByOwner pads = padsOf(pins);
     TextTable table({{"node", Right}, {"core", Right}, {"port"}, {"width", Right}, {"pads by bit"}});
-    forEachPort(map.handler(), [&](unsigned node, unsigned core, const IosPort& port) {
-        table.add({std::to_string(node), std::to_string(core), port.getName(), std::to_string(port.getSize()),
-                   padsText(padsOf(pads.ports, &port), false)});
-    });
+    for (const auto& [node, core, port] : pins.map().ports())
+        table.add({std::to_string(node), std::to_string(core), port->getName(),
+                   std::to_string(port->getSize()), padsText(padsOf(pads, port), false)});
     table.write(output);
 }
 
-void writeLinks(OutputFile& output, const PinMap& map) {
+void writeLinks(OutputFile& output, const ConnectedPins& pins) {
     using enum TextTable::Align;
-    const PadsByOwner pads = padsOf(map);
+    const PadsByOwner pads = padsOf(pins);
     TextTable table({{"node", Right}, {"link"}, {"pads in, by bit"}, {"pads out, by bit"}});
-    forEachLink(map.handler(), pads, [&](unsigned node, const IosZLink& link, const Pads& ofLink) {
-        table.add({std::to_string(node), linkName(link), padsText(ofLink, true), padsText(ofLink, false)});
-    });
+    for (const auto& [node, link] : linksWithPins(pins.map(), pads)) {
+        const Pads& ofLink = pads.links.at(link);
+        table.add({std::to_string(node), linkName(*link), padsText(ofLink, true), padsText(ofLink, false)});
+    }
     table.write(output);
 }
 
-Json mapJson(const PinMap& map) {
-    const IosHandler& handler = map.handler();
-    const PadsByOwner pads = padsOf(map);
+Json mapJson(const ConnectedPins& pins) {
+    const PadsByOwner pads = padsOf(pins);
     Json object = jsonObject("pinsList", 1);
-    object["connections"] = connectionsJson(map.connections());
+    object["connections"] = connectionsJson(pins.connections());
     Json& ports = object["ports"] = Json::array();
-    forEachPort(handler, [&](unsigned node, unsigned core, const IosPort& port) {
+    for (const auto& [node, core, port] : pins.map().ports()) {
         Json row = Json::object();
         row["node"] = node;
         row["core"] = core;
-        row["name"] = jsonText(port.getName());
-        row["id"] = port.getId();
-        row["width"] = port.getSize();
-        row["pads"] = padsJson(padsOf(pads.ports, &port), false);
+        row["name"] = jsonText(port->getName());
+        row["id"] = port->getId();
+        row["width"] = port->getSize();
+        row["pads"] = padsJson(padsOf(pads, port), false);
         ports.push_back(std::move(row));
-    });
+    }
     Json& links = object["links"] = Json::array();
-    forEachLink(handler, pads, [&](unsigned node, const IosZLink& link, const Pads& ofLink) {
+    for (const auto& [node, link] : linksWithPins(pins.map(), pads)) {
+        const Pads& ofLink = pads.links.at(link);
         Json row = Json::object();
         row["node"] = node;
-        row["number"] = link.getNumber();
+        row["number"] = link->getNumber();
         row["padsIn"] = padsJson(ofLink, true);
         row["padsOut"] = padsJson(ofLink, false);
         links.push_back(std::move(row));
-    });
+    }
     return object;
 }
 
 } // namespace
 
 int pinsList(const Invocation& invocation) {
-    const std::unique_ptr<PinMap> map = loadPinMap(invocation.value("FILE"));
-    if (!map)
+    const std::unique_ptr<ConnectedPins> pins = loadConnectedPins(invocation.value("FILE"));
+    if (!pins)
         return s_foundWrong;
     OutputFile output = resultFile(invocation);
     const std::string& by = invocation.value("by");
     if (invocation.has("json"))
-        writeJson(output, mapJson(*map));
+        writeJson(output, mapJson(*pins));
     else if (by == "port")
-        writePorts(output, *map);
+        writePorts(output, *pins);
     else if (by == "link")
-        writeLinks(output, *map);
+        writeLinks(output, *pins);
     else
-        writeConnections(output, map->connections());
+        writeConnections(output, pins->connections());
     output.close();
     return s_fine;
 }

@@ -1,6 +1,5 @@
 #include "tools/zetool/plan/PlanImage.h"
 
-#include "infr_libs/AutoDefines/AutoDefines.h"
 #include "infr_libs/ConfigurationHandler/Configuration.h"
 #include "infr_libs/PluginLibrary/MemoryInput.h"
 #include "infr_libs/ZelmBinaryHandler/ZBHandler.h"
@@ -9,7 +8,9 @@
 #include "infr_libs/ZNLoader/ZNLoaderModel.h"
 #include "tools/zetool/BrokenLimit.h"
 #include "tools/zetool/Documents.h"
+#include "tools/zetool/image/Container.h"
 #include "tools/zetool/Messages.h"
+#include "tools/zetool/pins/PinMap.h"
 #include "tools/zetool/Words.h"
 
 #include <algorithm>
@@ -34,10 +35,6 @@ constexpr struct {
     {"option", "option"},
 };
 
-struct DeleteContainer {
-    void operator()(ZBHandler* container) const { deleteZBHandler(container); }
-};
-
 std::string payloadOf(const ZBSectorHolder_tag* sector) {
     if (!sector->data)
         return {};
@@ -59,24 +56,6 @@ unsigned int configurationNumber(const std::string& id) {
     stream >> number;
     return number;
 }
-
-// A pin map with the record that it reports through.
-class PinMap {
-public:
-    explicit PinMap(XmlNode* root)
-        : m_definitions(AutoDefines::createAutoDefines(root, &m_handler)),
-          m_utils{&m_handler, &m_strings, m_definitions.get()},
-          m_ios(root->findNode("System"), &m_utils) {}
-
-    const IosHandler& ios() const { return m_ios; }
-
-private:
-    CatchableErrorHandler m_handler;
-    StringLibrary m_strings{&m_handler};
-    std::unique_ptr<AutoDefines> m_definitions;
-    ZelmUtils m_utils;
-    IosHandler m_ios;
-};
 
 std::vector<PlanPort> portsOf(const IosHandler& ios, unsigned int node, unsigned int core) {
     std::vector<PlanPort> ports;
@@ -159,7 +138,7 @@ bool PlanImage::refuse(const std::string& text) const {
 }
 
 bool PlanImage::read(std::string bytes, const PlanChoices& choices) {
-    const std::unique_ptr<ZBHandler, DeleteContainer> container(loadZBFromMemory(bytes.data(), bytes.size()));
+    const Container container(loadZBFromMemory(bytes.data(), bytes.size()));
     if (!container)
         throw ToolFailure("not enough memory");
     bytes = std::string(); // the container has copies
@@ -209,9 +188,9 @@ bool PlanImage::readConfiguration(const std::string& text, const PlanChoices& ch
     bool areFine = false;
     const auto failure = failureOf(name, [&] {
         const PinMap map(root);
-        for (unsigned int pad = 0; pad < map.ios().getNumPins(); ++pad)
-            m_pads.push_back(map.ios().getPin(pad)->getPinName());
-        areFine = addCores(root, map.ios(), choices);
+        for (unsigned int pad = 0; pad < map.handler().getNumPins(); ++pad)
+            m_pads.push_back(map.handler().getPin(pad)->getPinName());
+        areFine = addCores(root, map.handler(), choices);
     });
     if (failure)
         for (const std::string& line : linesOf(failure->message))
@@ -223,7 +202,7 @@ bool PlanImage::addCores(XmlNode* root, const IosHandler& ios, const PlanChoices
     Configuration configuration(root->getZelmUtils());
     const Document defaultDocument("default", s_defaultCore);
     const PinMap defaultMap(defaultDocument.root());
-    const std::vector<PlanPort> defaultPorts = portsOf(defaultMap.ios(), 0, 0);
+    const std::vector<PlanPort> defaultPorts = portsOf(defaultMap.handler(), 0, 0);
 
     bool areSound = true;
     for (ZNLoader::Node* const node : m_network->m_nodes) {
