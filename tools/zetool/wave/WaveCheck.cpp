@@ -4,6 +4,7 @@
 #include "tools/zetool/Json.h"
 #include "tools/zetool/Messages.h"
 #include "tools/zetool/Result.h"
+#include "tools/zetool/wave/OpenWave.h"
 #include "tools/zetool/wave/WaveChecker.h"
 
 namespace {
@@ -68,18 +69,13 @@ bool writeObject(OutputFile& output, const VcdHeader& header, const WaveChecker&
 
 int waveCheck(const Invocation& invocation) {
     const std::string& path = invocation.value("FILE");
-    InputFile input(path);
-    VcdSource source(input);
-    const VcdHeader header = readVcdHeader(source);
-    const WaveSignals signals(header);
-    WaveChecker checker(header, signals, source);
-    if (header.isWhole)
-        VcdBodyScanner(source, checker).scan();
-    checker.finish();
+    OpenWave wave(path);
+    WaveChecker checker(wave.header, wave.signals, wave.source);
+    wave.scan(checker);
 
     OutputFile output = resultFile(invocation);
-    const bool any = invocation.has("json") ? writeObject(output, header, checker)
-                                            : writeText(output, shownName(path), header, checker);
+    const bool any = invocation.has("json") ? writeObject(output, wave.header, checker)
+                                            : writeText(output, shownName(path), wave.header, checker);
     output.close();
     return any ? s_foundWrong : s_fine;
 }

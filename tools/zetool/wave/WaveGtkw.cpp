@@ -4,7 +4,7 @@
 #include "tools/zetool/Messages.h"
 #include "tools/zetool/OutputFile.h"
 #include "tools/zetool/wave/GtkwaveSession.h"
-#include "tools/zetool/wave/VcdSource.h"
+#include "tools/zetool/wave/OpenWave.h"
 #include "tools/zetool/wave/WaveNotes.h"
 
 #include <algorithm>
@@ -44,12 +44,10 @@ int waveGtkw(const Invocation& invocation) {
     filterPath.replace_extension(".filters");
     const bool force = invocation.has("force");
 
-    InputFile input(path.string());
-    VcdSource source(input);
-    const VcdHeader header = readVcdHeader(source);
-    const WaveSignals signals(header);
+    const OpenWave wave(path.string());
+    const VcdHeader& header = wave.header;
     const fs::path folder = fs::absolute(savePath).parent_path();
-    const GtkwaveSession session(header, signals, fs::absolute(path).lexically_relative(folder).string(),
+    const GtkwaveSession session(header, wave.signals, fs::absolute(path).lexically_relative(folder).string(),
                                  savePath.filename().string(), filterPath.filename().string());
     if (!force && fs::exists(savePath))
         throw ToolFailure(savePath.string(), "exists; --force replaces it");
@@ -60,7 +58,7 @@ int waveGtkw(const Invocation& invocation) {
     writeFile(savePath, force, session.text());
 
     WaveNotes notes(path.string());
-    notes.addHeader(header, signals);
+    notes.addHeader(header, wave.signals);
     const auto refused = std::ranges::find_if(
         header.variables, [](const VcdVariable& variable) { return !isPlainName(variable.name); });
     if (refused != header.variables.end())

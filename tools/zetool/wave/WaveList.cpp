@@ -4,7 +4,7 @@
 #include "tools/zetool/Json.h"
 #include "tools/zetool/Result.h"
 #include "tools/zetool/TextTable.h"
-#include "tools/zetool/wave/VcdSource.h"
+#include "tools/zetool/wave/OpenWave.h"
 #include "tools/zetool/wave/WaveNotes.h"
 
 namespace {
@@ -63,24 +63,21 @@ Json signalJson(const VcdHeader& header, const WaveSignal& signal) {
 
 int waveList(const Invocation& invocation) {
     const std::string& path = invocation.value("FILE");
-    InputFile input(path);
-    VcdSource source(input);
-    const VcdHeader header = readVcdHeader(source);
-    const WaveSignals signals(header);
+    const OpenWave wave(path);
     OutputFile output = resultFile(invocation);
     if (invocation.has("json")) {
         Json object = jsonObject("wave", 1);
-        object["timescale"] = jsonText(header.timescale);
-        object["isOfPlugin"] = header.isOfPlugin();
+        object["timescale"] = jsonText(wave.header.timescale);
+        object["isOfPlugin"] = wave.header.isOfPlugin();
         Json& list = object["signals"] = Json::array();
-        for (const WaveSignal& signal : signals.all())
-            list.push_back(signalJson(header, signal));
+        for (const WaveSignal& signal : wave.signals.all())
+            list.push_back(signalJson(wave.header, signal));
         writeJson(output, object);
     } else {
-        writeTable(output, header, signals);
+        writeTable(output, wave.header, wave.signals);
     }
     output.close();
     WaveNotes notes(path);
-    notes.addHeader(header, signals);
+    notes.addHeader(wave.header, wave.signals);
     return notes.any() ? s_foundWrong : s_fine;
 }

@@ -3,36 +3,24 @@
 #include "tools/zetool/Command.h"
 #include "tools/zetool/Messages.h"
 #include "tools/zetool/Result.h"
-#include "tools/zetool/wave/StandardBody.h"
-#include "tools/zetool/wave/StandardDeclarations.h"
+#include "tools/zetool/wave/StandardConversion.h"
 #include "tools/zetool/wave/WaveNotes.h"
 
 int waveStandard(const Invocation& invocation) {
     const std::string& path = invocation.value("FILE");
-    const bool isForSampling = invocation.value("for") == "pulseview";
-    InputFile input(path);
-    VcdSource source(input);
-    const VcdHeader header = readVcdHeader(source);
-    const WaveSignals waveSignals(header);
-    const StandardSignals signals(waveSignals, isForSampling ? StandardChoice::OneBit : StandardChoice::All);
-    const StandardNames names(header, waveSignals, signals.isKept(),
-                              isForSampling ? StandardNames::Leaf::Whole : StandardNames::Leaf::InScope);
-    TimeScale scale = TimeScale::of(header.timescale, header.isOfPlugin());
-    if (isForSampling)
-        scale = scale.coarse();
-
+    OpenWave wave(path);
+    StandardConversion conversion(wave, invocation.value("for") == "pulseview" ? StandardReader::Sampler
+                                                                               : StandardReader::Viewer);
     OutputFile output = resultFile(invocation);
-    // A viewer that samples reads no structure document.
-    output.write(standardDeclarations(header, waveSignals, signals, names, scale, !isForSampling));
-    StandardBody body(header, source, signals, scale, output);
-    if (header.isWhole)
-        VcdBodyScanner(source, body).scan();
-    body.finish();
+    conversion.write(output);
     output.close();
 
+    const VcdHeader& header = wave.header;
+    const StandardSignals& signals = conversion.signals();
+    const StandardBody& body = conversion.body();
     WaveNotes notes(path);
-    notes.addHeader(header, waveSignals);
-    if (!scale.isUsable())
+    notes.addHeader(header, wave.signals);
+    if (!conversion.scale().isUsable())
         notes.add(header.timescaleLine, "no usable timescale; times are counted in 1 ns");
     if (signals.numTexts() > 0)
         notes.add(header.lastLine, std::to_string(signals.numTexts()) +
@@ -46,7 +34,7 @@ int waveStandard(const Invocation& invocation) {
         notes.add(body.lostStepLine(), "the file ends within the step that begins here; it is left out");
     if (signals.numLeftOut() > 0)
         printMessage(path, std::to_string(signals.numLeftOut()) + " of " +
-                               std::to_string(waveSignals.all().size()) +
+                               std::to_string(wave.signals.all().size()) +
                                " signals are left out: such viewers take one-bit signals, at most " +
                                std::to_string(StandardSignals::s_mostChannels));
     return notes.any() ? s_foundWrong : s_fine;
