@@ -21,3 +21,11 @@ std::string schemaFaults(const std::string& schema, const std::string& json) {
         runProgram({ZETOOL_READERS "/validate-json", ZETOOL_DOCS "/schemas/" + schema, document});
     return result.exitStatus == 0 ? "" : result.output + result.error + "the document doesn't hold";
 }
+
+std::string writtenJson(const std::string& folder, const std::string& line, const std::string& schema) {
+    const ChildResult result = zetoolShell(folder, line);
+    EXPECT_EQ(result.error, "") << line;
+    EXPECT_EQ(result.exitStatus, 0) << line;
+    EXPECT_EQ(schemaFaults(schema, result.output), "") << line;
+    return result.output;
+}

@@ -16,3 +16,7 @@ void expectCommands(const std::string& folder, std::span<const CommandCase> case
 
 // What a JSON Schema validator has against a text, or nothing. `schema` is a file's name in docs/schemas.
 std::string schemaFaults(const std::string& schema, const std::string& json);
+
+// What a line writes in the folder, for the test to look into. It must exit with 0, say nothing on standard
+// error, and write what the schema allows.
+std::string writtenJson(const std::string& folder, const std::string& line, const std::string& schema);

@@ -14,6 +14,16 @@ TEST(ConfigGet, LooksUpElementsAndValues) {
     folder.write("double.xml",
                  "<ZSystem><System><Nodes><Node number='1' number='2'/></Nodes></System></ZSystem>");
     folder.write("cut.xml", "<ZSystem");
+    const std::string attributes = "      \"attributes\": [\n"
+                                   "        {\n"
+                                   "          \"name\": \"number\",\n"
+                                   "          \"value\": \"0\"\n"
+                                   "        },\n"
+                                   "        {\n"
+                                   "          \"name\": \"numThreads\",\n"
+                                   "          \"value\": \"4\"\n"
+                                   "        }\n"
+                                   "      ]\n";
     const CommandCase cases[] = {
         {"zetool config get a.xml Processor/@numThreads", 0, "4\n"},
         {"zetool config get a.xml /ZSystem/System/Nodes/Node/Processor/@numThreads", 0, "4\n"},
@@ -61,47 +71,29 @@ TEST(ConfigGet, LooksUpElementsAndValues) {
          "      \"element\": \"Processor\",\n"
          "      \"line\": 4,\n"
          "      \"value\": \"4\",\n"
-         "      \"isDefault\": false,\n"
-         "      \"attributes\": [\n"
-         "        {\n"
-         "          \"name\": \"number\",\n"
-         "          \"value\": \"0\"\n"
-         "        },\n"
-         "        {\n"
-         "          \"name\": \"numThreads\",\n"
-         "          \"value\": \"4\"\n"
-         "        }\n"
-         "      ]\n"
-         "    },\n"
-         "    {\n"
-         "      \"path\": \"Processor/@numTimers\",\n"
-         "      \"isFound\": true,\n"
-         "      \"element\": \"Processor\",\n"
-         "      \"line\": 4,\n"
-         "      \"value\": \"10\",\n"
-         "      \"isDefault\": true,\n"
-         "      \"attributes\": [\n"
-         "        {\n"
-         "          \"name\": \"number\",\n"
-         "          \"value\": \"0\"\n"
-         "        },\n"
-         "        {\n"
-         "          \"name\": \"numThreads\",\n"
-         "          \"value\": \"4\"\n"
-         "        }\n"
-         "      ]\n"
-         "    },\n"
-         "    {\n"
-         "      \"path\": \"Switch\",\n"
-         "      \"isFound\": false,\n"
-         "      \"element\": null,\n"
-         "      \"line\": null,\n"
-         "      \"value\": null,\n"
-         "      \"isDefault\": false,\n"
-         "      \"attributes\": []\n"
-         "    }\n"
-         "  ]\n"
-         "}\n",
+         "      \"isDefault\": false,\n" +
+             attributes +
+             "    },\n"
+             "    {\n"
+             "      \"path\": \"Processor/@numTimers\",\n"
+             "      \"isFound\": true,\n"
+             "      \"element\": \"Processor\",\n"
+             "      \"line\": 4,\n"
+             "      \"value\": \"10\",\n"
+             "      \"isDefault\": true,\n" +
+             attributes +
+             "    },\n"
+             "    {\n"
+             "      \"path\": \"Switch\",\n"
+             "      \"isFound\": false,\n"
+             "      \"element\": null,\n"
+             "      \"line\": null,\n"
+             "      \"value\": null,\n"
+             "      \"isDefault\": false,\n"
+             "      \"attributes\": []\n"
+             "    }\n"
+             "  ]\n"
+             "}\n",
          "zetool: a.xml: there is no 'Switch'\n"},
     };
     expectCommands(folder.path(), cases);

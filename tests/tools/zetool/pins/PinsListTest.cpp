@@ -92,14 +92,8 @@ TEST(PinsList, SaysWhatIsWrongWithTheImage) {
 TEST(PinsList, WritesOneJsonObject) {
     const TemporaryFolder folder;
     folder.write("a.ze", pinImage(s_pinDocument));
-    const ChildResult result = zetoolShell(folder.path(), "zetool pins list --json a.ze");
-    EXPECT_EQ(result.error, "");
-    EXPECT_EQ(result.exitStatus, 0);
-    EXPECT_EQ(schemaFaults("pins-list.schema.json", result.output), "");
-    std::string flat; // without the indentation
-    for (const char c : result.output)
-        if (c != ' ' && c != '\n')
-            flat += c;
+    std::string flat = writtenJson(folder.path(), "zetool pins list --json a.ze", "pins-list.schema.json");
+    std::erase_if(flat, [](char c) { return c == ' ' || c == '\n'; }); // the indentation
     EXPECT_EQ(
         flat,
         "{\"type\":\"pinsList\",\"version\":1,\"connections\":["

@@ -89,28 +89,27 @@ TEST_F(TargetList, NamesAFolderTwiceWhereThePathDoes) {
 }
 
 TEST_F(TargetList, WritesOneJsonObject) {
-    const ChildResult result = zetoolShell(
-        folder.path(), "ZCC_TARGET_PATH=more ZCC_DEVICE_PATH=others:devices zetool target list --json");
-    EXPECT_EQ(result.exitStatus, 0);
-    EXPECT_EQ(schemaFaults("target-list.schema.json", result.output), "");
-    EXPECT_THAT(result.output, testing::HasSubstr("    {\n"
-                                                  "      \"variable\": \"ZCC_TARGET_PATH\",\n"
-                                                  "      \"isSet\": true,\n"
-                                                  "      \"value\": \"more\",\n"
-                                                  "      \"state\": \"folder\"\n"
-                                                  "    },\n"));
-    EXPECT_THAT(result.output, testing::EndsWith("    {\n"
-                                                 "      \"kind\": \"node type\",\n"
-                                                 "      \"name\": \"L1\",\n"
-                                                 "      \"file\": \"devices/config_L1.xml\",\n"
-                                                 "      \"note\": \"hidden by others/config_L1.xml\"\n"
-                                                 "    },\n"
-                                                 "    {\n"
-                                                 "      \"kind\": \"package\",\n"
-                                                 "      \"name\": \"Package\",\n"
-                                                 "      \"file\": \"devices/Package.pkg\",\n"
-                                                 "      \"note\": \"\"\n"
-                                                 "    }\n"
-                                                 "  ]\n"
-                                                 "}\n"));
+    const std::string json = writtenJson(
+        folder.path(), "ZCC_TARGET_PATH=more ZCC_DEVICE_PATH=others:devices zetool target list --json",
+        "target-list.schema.json");
+    EXPECT_THAT(json, testing::HasSubstr("    {\n"
+                                         "      \"variable\": \"ZCC_TARGET_PATH\",\n"
+                                         "      \"isSet\": true,\n"
+                                         "      \"value\": \"more\",\n"
+                                         "      \"state\": \"folder\"\n"
+                                         "    },\n"));
+    EXPECT_THAT(json, testing::EndsWith("    {\n"
+                                        "      \"kind\": \"node type\",\n"
+                                        "      \"name\": \"L1\",\n"
+                                        "      \"file\": \"devices/config_L1.xml\",\n"
+                                        "      \"note\": \"hidden by others/config_L1.xml\"\n"
+                                        "    },\n"
+                                        "    {\n"
+                                        "      \"kind\": \"package\",\n"
+                                        "      \"name\": \"Package\",\n"
+                                        "      \"file\": \"devices/Package.pkg\",\n"
+                                        "      \"note\": \"\"\n"
+                                        "    }\n"
+                                        "  ]\n"
+                                        "}\n"));
 }
