@@ -84,6 +84,11 @@ std::string zshCommand(std::string_view name, std::string_view help) {
     return zshQuoted(name) + ":" + zshQuoted(help);
 }
 
+// What completes a value: its choices, or files.
+std::string zshAction(std::span<const char* const> choices) {
+    return choices.empty() ? "_files" : "(" + joined(choices, " ") + ")";
+}
+
 std::string zshOption(const OptionRow& option) {
     const std::string longName = std::string("--") + option.name;
     std::string names = option.many ? "'*'" : "";
@@ -98,19 +103,14 @@ std::string zshOption(const OptionRow& option) {
     std::string rest = zshQuoted(option.help);
     rest.insert(1, "[");
     rest.insert(rest.size() - 1, "]");
-    if (option.value) {
-        const std::string action =
-            option.choices.empty() ? "_files" : "(" + joined(option.choices, " ") + ")";
-        rest.insert(rest.size() - 1, std::string(":") + option.value + ":" + action);
-    }
+    if (option.value)
+        rest.insert(rest.size() - 1, std::string(":") + option.value + ":" + zshAction(option.choices));
     return names + rest;
 }
 
 std::string zshArgument(const ArgumentRow& argument) {
-    const std::string action =
-        argument.choices.empty() ? "_files" : "(" + joined(argument.choices, " ") + ")";
     return std::string("'") + (argument.count == Count::Many ? "*" : "") + ":" + argument.name + ":" +
-           action + "'";
+           zshAction(argument.choices) + "'";
 }
 
 void addZshCommand(std::string& script, const CommandRow& command, std::string_view indent) {

@@ -146,23 +146,22 @@ void WaveSignals::placeOthers(const VcdHeader& header, const std::vector<bool>& 
     // Behind the last signal of their place, where the document has it; else behind all others.
     std::vector<WaveSignal> ordered;
     ordered.reserve(header.variables.size());
+    const auto addOthersOf = [&](const Place& place) {
+        const auto found = others.find(place);
+        if (found == others.end())
+            return;
+        std::ranges::move(found->second, std::back_inserter(ordered));
+        others.erase(found);
+    };
     for (std::size_t index = 0; index < m_all.size(); ++index) {
         const Place place = placeOf(m_all[index]);
         const bool isLast = index + 1 == m_all.size() || placeOf(m_all[index + 1]) != place;
         ordered.push_back(std::move(m_all[index]));
-        const auto found = isLast ? others.find(place) : others.end();
-        if (found == others.end())
-            continue;
-        std::ranges::move(found->second, std::back_inserter(ordered));
-        others.erase(found);
+        if (isLast)
+            addOthersOf(place);
     }
-    for (const Place& place : newPlaces) {
-        const auto found = others.find(place);
-        if (found == others.end())
-            continue;
-        std::ranges::move(found->second, std::back_inserter(ordered));
-        others.erase(found);
-    }
+    for (const Place& place : newPlaces)
+        addOthersOf(place);
     m_all = std::move(ordered);
 }
 
