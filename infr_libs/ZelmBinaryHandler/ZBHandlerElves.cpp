@@ -80,15 +80,43 @@ struct Span {
     std::uint64_t numBytes = 0;
 };
 
-// Calls the operation with each program header that has file bytes, whatever its type, in table order.
+// Calls the operation with each program header that has file bytes, whatever its type, the table's last
+// first.
 template<typename Operation>
-void forEachSegment(const ElfBytes& elf, const ElfHeader& header, Operation&& operation) {
-    for (std::uint64_t i = 0; i < header.e_phnum; ++i) {
+void forEachSegmentBackwards(const ElfBytes& elf, const ElfHeader& header, Operation&& operation) {
+    for (std::uint64_t i = header.e_phnum; i-- != 0;) {
         const auto segment = elf.read<ProgramHeader>(header.e_phoff + i * sizeof(ProgramHeader));
         if (segment.p_filesz != 0)
             operation(segment);
     }
 }
+
+// The parts of an image that are filled already.
+class FilledRanges {
+public:
+    // Fills a range, which isn't empty, and calls the operation with begin and end of each part that was
+    // free.
+    template<typename Operation>
+    void fill(std::uint64_t begin, std::uint64_t end, Operation&& operation) {
+        auto range = m_ends.upper_bound(begin);
+        if (range != m_ends.begin() && std::prev(range)->second >= begin)
+            --range;
+        std::uint64_t at = begin;
+        while (range != m_ends.end() && range->first <= end) {
+            if (range->first > at)
+                operation(at, range->first);
+            at = std::max(at, range->second);
+            begin = std::min(begin, range->first);
+            range = m_ends.erase(range);
+        }
+        if (at < end)
+            operation(at, end);
+        m_ends[begin] = std::max(at, end);
+    }
+
+private:
+    std::map<std::uint64_t, std::uint64_t> m_ends; // by begin; apart from each other
+};
 
 // Checks the file and finds the span. Null, or the error; without an error the header and all that it and the
 // program headers name lie in the file.
@@ -109,7 +137,7 @@ const Error* inspectElf(const ElfBytes& elf, ElfHeader* header, Span* span) {
     bool allInFile = true;
     std::uint64_t base = std::numeric_limits<std::uint32_t>::max();
     std::uint64_t top = 0;
-    forEachSegment(elf, *header, [&](const ProgramHeader& segment) {
+    forEachSegmentBackwards(elf, *header, [&](const ProgramHeader& segment) {
         allInFile = allInFile && elf.holds(segment.p_offset, segment.p_filesz);
         base = std::min<std::uint64_t>(base, segment.p_vaddr);
         top = std::max<std::uint64_t>(top, std::uint64_t{segment.p_vaddr} + segment.p_filesz);
@@ -122,14 +150,21 @@ const Error* inspectElf(const ElfBytes& elf, ElfHeader* header, Span* span) {
     return nullptr;
 }
 
-// Copies each segment to its place behind the span's base.
+// Copies each segment to its place behind the span's base. Where segments overlap the later one counts, so
+// they are taken from the last to the first, and no byte of the image is written twice: 65,535 of them may
+// each be as long as the file.
 void copySegments(const ElfBytes& elf, const ElfHeader& header, const Span& span, unsigned char* image) {
-    forEachSegment(elf, header, [&](const ProgramHeader& segment) {
-        std::memcpy(image + (segment.p_vaddr - span.base), elf.at(segment.p_offset), segment.p_filesz);
+    FilledRanges filled;
+    forEachSegmentBackwards(elf, header, [&](const ProgramHeader& segment) {
+        const std::uint64_t place = segment.p_vaddr - span.base;
+        filled.fill(place, place + segment.p_filesz, [&](std::uint64_t begin, std::uint64_t end) {
+            std::memcpy(image + begin, elf.at(segment.p_offset + (begin - place)), end - begin);
+        });
     });
 }
 
-// The flat image, with zeros of that number in front; null with an error in the handle.
+// The flat image, with zeros of that number in front; null with an error in the handle. May throw
+// std::bad_alloc.
 Bytes flatten(ZBHandler& handle, const ElfBytes& elf, std::uint64_t maxBytes, std::size_t room,
               ElfHeader* header, Span* span) {
     if (const Error* error = inspectElf(elf, header, span)) {
@@ -207,14 +242,19 @@ int banishElves(ZBHandler* handle, std::uint64_t maxBytes) {
 
 unsigned char* loadElfFromBuffer(ZBHandler* handle, const void* buffer, std::uint64_t* numBytes,
                                  std::uint32_t* base, std::uint32_t* entry) {
-    ElfHeader header;
-    Span span;
-    const ElfBytes elf(buffer, std::numeric_limits<std::uint64_t>::max());
-    Bytes image = flatten(*handle, elf, std::numeric_limits<std::uint64_t>::max(), 0, &header, &span);
-    if (!image)
+    constexpr std::uint64_t noLimit = std::numeric_limits<std::uint64_t>::max();
+    try {
+        ElfHeader header;
+        Span span;
+        Bytes image = flatten(*handle, ElfBytes(buffer, noLimit), noLimit, 0, &header, &span);
+        if (!image)
+            return nullptr;
+        *numBytes = span.numBytes;
+        *base = static_cast<std::uint32_t>(span.base);
+        *entry = header.e_entry;
+        return image.release();
+    } catch (const std::bad_alloc&) {
+        fail(*handle, s_outOfMemoryForImage);
         return nullptr;
-    *numBytes = span.numBytes;
-    *base = static_cast<std::uint32_t>(span.base);
-    *entry = header.e_entry;
-    return image.release();
+    }
 }

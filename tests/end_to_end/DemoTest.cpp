@@ -4,7 +4,9 @@
 
 #include "tests/support/ScopedVariable.h"
 
+#include <bitset>
 #include <gtest/gtest.h>
+#include <map>
 #include <sstream>
 #include <string>
 
@@ -76,12 +78,26 @@ TEST_F(Demo, SendsItsTextOnTheSerialLineOfBothCoresAndThePad) {
     EXPECT_EQ(receive(waveform, "paa0", 40), "Hello, world!\n");
 }
 
-// Every function of the scenario is one of the program, so each has its short name.
+// Every function of the scenario is one of the program, so each has its short name; and each is seen to run,
+// under that name as eight characters.
 TEST_F(Demo, ItsThreadsRunFunctionsOfItsPrograms) {
     const std::string waveform = play("-core stdcore[0] -functions -core stdcore[1] -functions");
-    for (const char* name : {"_start", "main", "sendText", "sendByte", "blink", "receiveByte", "append"})
-        EXPECT_NE(waveform.find("<Entry name=\"" + std::string(name) + "\" alias="), std::string::npos)
+    for (const auto& [name, shortName] : std::map<std::string, std::string>{{"_start", "_sta.0"},
+                                                                            {"main", "main.0"},
+                                                                            {"sendByte", "send.0"},
+                                                                            {"sendText", "send.1"},
+                                                                            {"blink", "blin.0"},
+                                                                            {"receiveByte", "rece.0"},
+                                                                            {"append", "appe.0"}}) {
+        EXPECT_NE(waveform.find("<Entry name=\"" + name + "\" alias=\"" + shortName + "\""),
+                  std::string::npos)
             << name;
+        std::string line = "\nb";
+        for (std::size_t i = 0; i < 8; ++i)
+            line += std::bitset<8>(i < shortName.size() ? static_cast<unsigned char>(shortName[i]) : 0U)
+                        .to_string();
+        EXPECT_NE(waveform.find(line + " fu0"), std::string::npos) << name;
+    }
 }
 
 TEST_F(Demo, ItsWaveformOpensInAReader) {

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <random>
 
 using testing::ElementsAre;
 
@@ -36,6 +37,7 @@ void expectRefused(std::string_view elf, int errorCode, const char* message) {
     EXPECT_EQ(write(container), ImageBuilder().elf(0x102, 0x304, elf).bytes());
 }
 
+constexpr std::size_t s_elfHeaderSize = 52;
 constexpr char s_notElf[] = "File was not an ELF file.";
 constexpr char s_badSegments[] = "Bad segment size in ELF file.";
 
@@ -85,6 +87,42 @@ TEST(BanishElves, ALaterSegmentOverwritesAnEarlierOne) {
         containerOf(segmentFile(0, {bytesAt(10, "abcdef"), bytesAt(12, "XY"), bytesAt(8, "12")}).bytes);
     EXPECT_EQ(banishElves(container.get()), 0);
     EXPECT_EQ(write(container), ImageBuilder().binary(0x102, 0x304, 8, "12abXYef").bytes());
+}
+
+TEST(BanishElves, AnyOverlapOfSegmentsGivesWhatCopyingInOrderGives) {
+    constexpr std::uint32_t numBytes = 60; // of the span
+    std::minstd_rand random(1);
+    for (int i = 0; i < 500; ++i) {
+        std::string image(numBytes, '\0');
+        std::vector<ElfBuilder::Segment> segments{bytesAt(0, "a"), bytesAt(numBytes - 1, "z")};
+        for (std::size_t more = random() % 12; more != 0; --more) {
+            const auto begin = static_cast<std::uint32_t>(random() % numBytes);
+            const std::size_t length = 1 + random() % (numBytes - begin);
+            segments.push_back(bytesAt(begin, std::string(length, static_cast<char>('b' + more))));
+        }
+        for (const ElfBuilder::Segment& segment : segments)
+            image.replace(segment.vaddr, segment.bytes.size(), segment.bytes);
+        const Container container = containerOf(segmentFile(0, segments).bytes);
+        ASSERT_EQ(banishElves(container.get()), 0);
+        ASSERT_EQ(write(container), ImageBuilder().binary(0x102, 0x304, 0, image).bytes()) << i;
+    }
+}
+
+// Each as long as the file: copied one by one they would be 137 GB.
+TEST(BanishElves, AsManySegmentsAsThereCanBeMayShareAllBytes) {
+    constexpr std::uint32_t numSegments = 0xffff;
+    constexpr std::uint32_t headerSize = 32;
+    LabelledBytes file = segmentFile(0, {bytesAt(0, "a")});
+    const auto tableOffset = static_cast<std::uint32_t>(file.bytes.size());
+    const std::uint32_t numBytes = tableOffset + numSegments * headerSize; // 2 MB
+    file.set("e_phoff", tableOffset).set("e_phnum", numSegments);
+    file.set("p_offset[0]", 0).set("p_filesz[0]", numBytes);
+    const std::string header = file.bytes.substr(s_elfHeaderSize, headerSize);
+    for (std::uint32_t i = 0; i < numSegments; ++i)
+        file.bytes += header;
+    const Container container = containerOf(file.bytes);
+    ASSERT_EQ(banishElves(container.get()), 0);
+    EXPECT_EQ(write(container), ImageBuilder().binary(0x102, 0x304, 0, file.bytes).bytes());
 }
 
 TEST(BanishElves, OtherSectorsStayAsTheyAre) {

@@ -82,6 +82,25 @@ TEST(ZBHandlerReading, ReservedBytesAreIgnored) {
     EXPECT_THAT(typesOf(container), ElementsAre(ZBSEC_END));
 }
 
+// At offset 2 of a sector's header and behind the number of padding bytes; with the CRC that they have, and
+// with the one that isn't looked at.
+TEST(ZBHandlerReading, ReservedBytesOfASectorWithAPayloadAreIgnored) {
+    const std::string file =
+        ImageBuilder().zn("A").setNumber(10, 2, 0x1234).setNumber(21, 3, 0x56789a).bytes();
+    for (const std::uint32_t crc : {bitSerialCrc(file.substr(8, s_crc - 8)), 0U}) {
+        const Container container = load(ImageBuilder()
+                                             .zn("A")
+                                             .setNumber(10, 2, 0x1234)
+                                             .setNumber(21, 3, 0x56789a)
+                                             .setNumber(s_crc, 4, crc)
+                                             .zn("B")
+                                             .bytes());
+        EXPECT_EQ(container->errorCode, 0);
+        ASSERT_THAT(typesOf(container), ElementsAre(ZBSEC_ZN, ZBSEC_ZN));
+        EXPECT_EQ(payloadOf(container->firstSector), "A");
+    }
+}
+
 TEST(ZBHandlerReading, ReservedBytesOfTheFileHeaderMayBeMissing) {
     for (std::size_t numBytes : {6, 7}) {
         const Container container = load(ImageBuilder().cutTo(numBytes).bytes());
