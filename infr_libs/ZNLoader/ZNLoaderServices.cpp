@@ -140,7 +140,9 @@ void takeParameters(ZNLoader& loader, ServiceInfo& service, PendingChanends& pen
         const Offset begin = std::min(proto.find_first_not_of(s_blanks, behind), proto.size());
         const Offset end = std::min(proto.find_first_of(s_identifierEnds, begin), proto.size());
         const std::string identifier = proto.substr(begin, end - begin);
-        std::unique_ptr<ChanendInfo> taken = pending.take(identifier);
+        // Where the text ends ahead of a name there is no parameter, and an entry without a name isn't its
+        // own.
+        std::unique_ptr<ChanendInfo> taken = begin < proto.size() ? pending.take(identifier) : nullptr;
         if (!taken)
             loader.m_utils.throwError(11023, ElementLocation(element),
                                       "Value of chanend \"%s\" not specified.\n", identifier.c_str());

@@ -98,6 +98,27 @@ TEST_F(ZNLoaderServices, MayEndWithTheWordChanendBehindTheirParameters) {
               "zn:2 Error: ZN11023 Value of chanend \"\" not specified.\n");
 }
 
+TEST_F(ZNLoaderServices, GiveNoUnnamedChannelEndToAWordChanendThatEndsTheirParameters) {
+    EXPECT_EQ(thrownBy([&] { readService("Proto='f(chanend)'", "<Chanend End='1'/>"); }),
+              "zn:2 Error: ZN11023 Value of chanend \"\" not specified.\n");
+}
+
+TEST_F(ZNLoaderServices, GiveNoUnnamedChannelEndToAWordChanendThatEndsTheText) {
+    EXPECT_EQ(thrownBy([&] { readService("Proto='f(x) chanend'", "<Chanend End='1'/>"); }),
+              "zn:2 Error: ZN11023 Value of chanend \"\" not specified.\n");
+}
+
+TEST_F(ZNLoaderServices, GiveNoUnnamedChannelEndToAWordChanendWithBlanksAloneBehindIt) {
+    EXPECT_EQ(thrownBy([&] { readService("Proto='f(chanend) \t'", "<Chanend End='1'/>"); }),
+              "zn:2 Error: ZN11023 Value of chanend \"\" not specified.\n");
+}
+
+TEST_F(ZNLoaderServices, GiveAnUnnamedChannelEndToAnUnnamedParameter) {
+    const auto& service = readService("Proto='f(chanend )'", "<Chanend End='1'/>");
+    ASSERT_EQ(service.m_chanends.size(), 1u);
+    EXPECT_EQ(service.m_chanends[0]->m_end, 1u);
+}
+
 TEST_F(ZNLoaderServices, PassOverParametersWhenTheParenthesesAreReversed) {
     EXPECT_EQ(names(readService("Proto='f)chanend a('")), "");
 }
