@@ -10,7 +10,7 @@ Json jsonObject(std::string_view type, int version) {
 }
 
 Json jsonText(std::string_view text) {
-    return toUtf8(text);
+    return toDistinctUtf8(text);
 }
 
 std::string jsonLine(const Json& value) {

@@ -12,7 +12,7 @@ using Json = nlohmann::ordered_json;
 
 Json jsonObject(std::string_view type, int version);
 
-// A text of any bytes as JSON takes it.
+// A text of any bytes as JSON takes it: by `toDistinctUtf8`.
 Json jsonText(std::string_view text);
 
 // A value on one line, in ASCII.

@@ -28,6 +28,12 @@ std::size_t sequenceLength(std::string_view text) {
     return 0;
 }
 
+// Whether the well-formed sequence at the start of a text is one of the characters that stand for bytes:
+// U+F780 to U+F7FF.
+bool standsForByte(std::string_view text) {
+    return text.starts_with("\xEF\x9E") || text.starts_with("\xEF\x9F");
+}
+
 } // namespace
 
 bool isUtf8(std::string_view text) {
@@ -52,6 +58,25 @@ std::string toUtf8(std::string_view text) {
         }
         result += static_cast<char>(0xC0 | byte >> 6);
         result += static_cast<char>(0x80 | (byte & 0x3F));
+    }
+    return result;
+}
+
+std::string toDistinctUtf8(std::string_view text) {
+    std::string result;
+    while (!text.empty()) {
+        const std::size_t length = sequenceLength(text);
+        if (length != 0 && !standsForByte(text)) {
+            result += text.substr(0, length);
+            text.remove_prefix(length);
+            continue;
+        }
+        // The first byte of the characters that stand for bytes is enough: the other two don't begin one.
+        const auto byte = static_cast<unsigned char>(text.front());
+        result += '\xEF';
+        result += static_cast<char>(0x9C | byte >> 6);
+        result += static_cast<char>(0x80 | (byte & 0x3F));
+        text.remove_prefix(1);
     }
     return result;
 }

@@ -45,7 +45,7 @@ Json listOf(const Things& things, const Make& make) {
 
 // Adds a member without the search for one of this key, which would make large objects slow.
 void addUnseen(Json& object, const std::string& key, Json value) {
-    object.get_ref<Json::object_t&>().emplace_back(toUtf8(key), std::move(value));
+    object.get_ref<Json::object_t&>().emplace_back(toDistinctUtf8(key), std::move(value));
 }
 
 template<class Thing>

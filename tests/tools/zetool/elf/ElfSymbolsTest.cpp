@@ -173,7 +173,7 @@ TEST(ElfSymbols, WritesOneJsonObject) {
                              "          \"other\": 2,\n"
                              "          \"index\": \"1\",\n"
                              "          \"section\": 1,\n"
-                             "          \"name\": \"\\u00e9\"\n"
+                             "          \"name\": \"\\uf7e9\"\n"
                              "        }\n"
                              "      ]\n"
                              "    }\n"

@@ -68,7 +68,7 @@ TEST(WaveList, WritesOneJsonObject) {
                              "      \"values\": []\n"
                              "    },\n"
                              "    {\n"
-                             "      \"name\": \"\\u00e9\",\n"
+                             "      \"name\": \"\\uf7e9\",\n"
                              "      \"range\": \"\",\n"
                              "      \"kind\": \"wire\",\n"
                              "      \"width\": 1,\n"

@@ -531,7 +531,33 @@ TEST_F(ZnShow, TextsThatAreNoUtf8StayApart) {
     text.replace(text.find("Two nodes"), 9, "\xe9\x01");
     folder().write("bytes.zn", text);
     EXPECT_THAT(run("zetool zn show --json bytes.zn").output,
-                testing::HasSubstr("  \"name\": \"\\u00e9\\u0001\",\n"));
+                testing::HasSubstr("  \"name\": \"\\uf7e9\\u0001\",\n"));
+}
+
+// Nodes whose ids are the byte e9, the same letter in UTF-8, and the character that stands for the byte.
+TEST_F(ZnShow, KeysThatAreNoUtf8StayApart) {
+    folder().write(
+        "keys.zn",
+        "<Network><Declarations><Declaration>core c[3]</Declaration></Declarations>"
+        "<Packages><Package Id='p' Type='Package'><Nodes>"
+        "<Node Id='\xe9' InPackageId='\xe9' Type='L1'><Core Reference='c[0]'/></Node>"
+        "<Node Id='\xc3\xa9' InPackageId='\xc3\xa9' Type='L1'><Core Reference='c[1]'/></Node></Nodes>"
+        "<Component NodeId='\xef\x9f\xa9' InPackage='\xef\x9f\xa9'/></Package></Packages>"
+        "<Nodes><Node Id='\xef\x9f\xa9' Type='device:'/></Nodes>"
+        "<Links><Link Encoding='2wire'><LinkEndpoint NodeId='\xe9' Link='1'/>"
+        "<LinkEndpoint NodeId='\xc3\xa9' Link='1'/></Link></Links>"
+        "<JTAGChain><JTAGDevice NodeId='\xe9'/><JTAGDevice NodeId='\xc3\xa9'/></JTAGChain></Network>");
+    const std::string output = run("zetool zn show --json keys.zn").output;
+    EXPECT_THAT(output, testing::HasSubstr("  \"positions\": {\n"
+                                           "    \"\\u00e9\": \"1\",\n"
+                                           "    \"\\uf7e9\": \"0\"\n"
+                                           "  },\n"));
+    EXPECT_THAT(output, testing::HasSubstr("      \"nodes\": {\n"
+                                           "        \"\\u00e9\": \"\\u00e9\",\n"
+                                           "        \"\\uf7e9\": \"\\uf7e9\",\n"
+                                           "        \"\\uf7ef\\uf79f\\uf7a9\": \"\\uf7ef\\uf79f\\uf7a9\"\n"
+                                           "      }\n"));
+    EXPECT_THAT(output, testing::HasSubstr("\"\\uf7e9\", \"\\u00e9\"]"));
 }
 
 TEST_F(ZnShow, ItsJsonHoldsToItsSchema) {
