@@ -5,7 +5,9 @@
 #include "tools/zetool/WholeFile.h"
 #include "tools/zetool/Words.h"
 
+#include <algorithm>
 #include <stdexcept>
+#include <string_view>
 
 namespace {
 
@@ -15,6 +17,22 @@ constexpr const char* s_openComment = "the document ends inside a comment";
 constexpr const char* s_openBackslash = "a tag ends behind a backslash";
 
 constexpr const char* s_inNetwork = ", here or in a file that the network names";
+
+// Whether a text starts as the loader's warnings on elements of the file do: "FILE:LINE Warning: ZN11128 ".
+bool beginsWarning(std::string_view text, std::string_view file) {
+    constexpr std::string_view s_digits = "0123456789";
+    const auto skip = [&](std::string_view part) {
+        const bool isThere = text.starts_with(part);
+        text.remove_prefix(isThere ? part.size() : 0);
+        return isThere;
+    };
+    const auto skipDigits = [&] {
+        const std::size_t count = std::min(text.find_first_not_of(s_digits), text.size());
+        text.remove_prefix(count);
+        return count != 0;
+    };
+    return skip(file) && skip(":") && skipDigits() && skip(" Warning: ZN") && skipDigits() && skip(" ");
+}
 
 } // namespace
 
@@ -39,7 +57,7 @@ std::optional<ReadFailure> failureOf(const std::string& file, const std::functio
     }
 }
 
-NetworkReading::NetworkReading(const std::string& file) {
+NetworkReading::NetworkReading(const std::string& file) : m_file(file) {
     if (file == "-")
         readStream(file, readWhole(file));
     else
@@ -47,7 +65,7 @@ NetworkReading::NetworkReading(const std::string& file) {
             file, [&] { network = std::make_unique<ZNLoader>(file, &warnings); }, s_inNetwork);
 }
 
-NetworkReading::NetworkReading(const std::string& file, const std::string& document) {
+NetworkReading::NetworkReading(const std::string& file, const std::string& document) : m_file(file) {
     readStream(file, document);
 }
 
@@ -57,9 +75,29 @@ void NetworkReading::readStream(const std::string& file, const std::string& docu
         file, [&] { network = std::make_unique<ZNLoader>(file, &stream, &warnings); }, s_inNetwork);
 }
 
+// The loader hands out one text. A line of it begins a warning if it has the form of one on this file.
+std::vector<std::string> NetworkReading::warningList() const {
+    std::vector<std::string> list;
+    const std::string_view text = warnings;
+    for (std::size_t begin = 0; begin < text.size();) {
+        std::size_t end = text.find('\n', begin);
+        while (end < text.size() && end + 1 != text.size() && !beginsWarning(text.substr(end + 1), m_file))
+            end = text.find('\n', end + 1);
+        end = std::min(end, text.size());
+        list.emplace_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return list;
+}
+
+void NetworkReading::printWarnings() const {
+    for (const std::string& warning : warningList())
+        printMessage(warning);
+}
+
 std::unique_ptr<ZNLoader> loadNetwork(const std::string& file, const std::string& document) {
     NetworkReading reading(file, document);
-    printLines(reading.warnings);
+    reading.printWarnings();
     if (reading.failure)
         printLines(reading.failure->message);
     else

@@ -10,12 +10,13 @@
 #include <optional>
 #include <sstream>
 #include <string>
+#include <vector>
 
 // How commands load documents: through the project's own readers, with the readers' own messages on
 // standard error. `file` is the name that the messages tell. Limits of the readers that a document can breach
 // are failures of that document here (see `g_assertionHook`), never the end of the program.
 
-// Prints what a library throws or collects: one message a line.
+// Prints what a library throws: one message a line.
 void printLines(const std::string& text);
 
 // How a reader failed.
@@ -40,12 +41,20 @@ struct NetworkReading {
     NetworkReading(const NetworkReading&) = delete;
     NetworkReading& operator=(const NetworkReading&) = delete;
 
-    std::string warnings;              // lines
+    // The warnings one by one, without their line ends. One that quotes a name with line ends in it is one.
+    std::vector<std::string> warningList() const;
+
+    // Prints each warning as one message.
+    void printWarnings() const;
+
+    std::string warnings;              // as the loader appends them
     std::unique_ptr<ZNLoader> network; // null after a failure
     std::optional<ReadFailure> failure;
 
 private:
     void readStream(const std::string& file, const std::string& document);
+
+    std::string m_file;
 };
 
 // The network, or null after the message for one that the plugin couldn't load either. Warnings are printed

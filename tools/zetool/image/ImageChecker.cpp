@@ -143,8 +143,8 @@ void ImageChecker::checkNetwork() {
         return;
     }
     const NetworkReading reading("zn", *m_network);
-    for (const std::string& line : linesOf(reading.warnings))
-        m_findings.add(FindingKind::NetworkWarning, "network: " + line);
+    for (const std::string& warning : reading.warningList())
+        m_findings.add(FindingKind::NetworkWarning, "network: " + warning);
     if (reading.failure) {
         for (const std::string& line : linesOf(reading.failure->message)) {
             const auto says = [&](const std::string& said) { return said.find(line) != std::string::npos; };

@@ -2,17 +2,19 @@
 
 #include "tools/zetool/Command.h"
 #include "tools/zetool/Documents.h"
+#include "tools/zetool/Json.h"
 #include "tools/zetool/Messages.h"
 #include "tools/zetool/Result.h"
 #include "tools/zetool/WholeFile.h"
-#include "tools/zetool/zn/NetworkJson.h"
 
 namespace {
 
 void writeObject(OutputFile& output, const NetworkReading& reading) {
     Json object = jsonObject("znCheck", 1);
     object["error"] = reading.failure ? jsonText(reading.failure->error) : Json(nullptr);
-    object["warnings"] = linesJson(reading.warnings);
+    object["warnings"] = Json::array();
+    for (const std::string& warning : reading.warningList())
+        object["warnings"].push_back(jsonText(warning));
     writeJson(output, object);
 }
 
@@ -21,7 +23,7 @@ void writeObject(OutputFile& output, const NetworkReading& reading) {
 int znCheck(const Invocation& invocation) {
     const std::string file = shownName(invocation.value("FILE"));
     const NetworkReading reading(file, readWhole(invocation.value("FILE")));
-    printLines(reading.warnings);
+    reading.printWarnings();
     if (reading.failure)
         printLines(reading.failure->message);
     OutputFile output = resultFile(invocation);
@@ -29,7 +31,7 @@ int znCheck(const Invocation& invocation) {
         writeObject(output, reading);
     else
         output.write(file + ": the network " + (reading.failure ? "doesn't load" : "loads") +
-                     "; warnings: " + std::to_string(linesJson(reading.warnings).size()) + "\n");
+                     "; warnings: " + std::to_string(reading.warningList().size()) + "\n");
     output.close();
     return reading.failure || !reading.warnings.empty() ? s_foundWrong : s_fine;
 }

@@ -189,6 +189,19 @@ TEST_F(ImageCheckTest, TellsWarningsOfTheNetwork) {
         "4 sectors, 1 finding");
 }
 
+TEST_F(ImageCheckTest, TakesAWarningOfTwoLinesAsOneFinding) {
+    expectFindings(ImageBuilder()
+                       .config(sampleConfiguration())
+                       .zn(NetworkBuilder()
+                               .processor("0")
+                               .add("<ExternalDevices><Device Class='x\ny'/></ExternalDevices>")
+                               .text())
+                       .elf(0, 0, sampleProgram({}))
+                       .end(),
+                   {"network: zn:18 Warning: ZN11058 Unrecognised device class \"x\ny\"; ignoring."},
+                   "4 sectors, 1 finding");
+}
+
 TEST_F(ImageCheckTest, KeepsSoManyOfAKindAsCanBeRead) {
     ImageBuilder image = sound().end();
     for (unsigned i = 0; i < 150; ++i)

@@ -42,6 +42,37 @@ TEST_F(ZnCheck, NamesEveryWarningAndTheError) {
     expectCommands(folder().path(), cases);
 }
 
+// What a warning quotes may hold line ends, and lines that look a little like warnings.
+TEST_F(ZnCheck, CountsAndPrintsAWarningOfTwoLinesAsOne) {
+    folder().write("lines.zn", "<Network><ExternalDevices>\n"
+                               "<Device Class='x\nlines.zn: Warning: ZN11058 y\n'/>\n"
+                               "<Device Class='z'/></ExternalDevices>\n"
+                               "</Network>\n");
+    const std::string messages =
+        "zetool: lines.zn:4 Warning: ZN11058 Unrecognised device class \"x\n"
+        "lines.zn: Warning: ZN11058 y\n"
+        "\"; ignoring.\n"
+        "zetool: lines.zn:5 Warning: ZN11058 Unrecognised device class \"z\"; ignoring.\n"
+        "zetool: lines.zn: Error: ZN11038 JTAG scan chain not specified.\n";
+    const CommandCase cases[] = {
+        {"zetool zn check lines.zn", 1, "lines.zn: the network doesn't load; warnings: 2\n", messages},
+        {"zetool zn check --json lines.zn", 1,
+         "{\n"
+         "  \"type\": \"znCheck\",\n"
+         "  \"version\": 1,\n"
+         "  \"error\": \"lines.zn: Error: ZN11038 JTAG scan chain not specified.\\n\",\n"
+         "  \"warnings\": [\n"
+         "    \"lines.zn:4 Warning: ZN11058 Unrecognised device class \\\"x\\nlines.zn: Warning: ZN11058 "
+         "y\\n\\\"; ignoring.\",\n"
+         "    \"lines.zn:5 Warning: ZN11058 Unrecognised device class \\\"z\\\"; ignoring.\"\n"
+         "  ]\n"
+         "}\n",
+         messages},
+        {"zetool zn names lines.zn", 1, "", messages},
+    };
+    expectCommands(folder().path(), cases);
+}
+
 TEST_F(ZnCheck, SaysThatAFileOfANodeTypeIsDamaged) {
     folder().write("config_L1.xml", "<ZSystem a='\\");
     const ChildResult result = run("zetool zn check two.zn");

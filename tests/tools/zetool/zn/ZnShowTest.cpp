@@ -560,6 +560,16 @@ TEST_F(ZnShow, KeysThatAreNoUtf8StayApart) {
     EXPECT_THAT(output, testing::HasSubstr("\"\\uf7e9\", \"\\u00e9\"]"));
 }
 
+TEST_F(ZnShow, TellsWarningsByLinesInItsJson) {
+    folder().write("lines.zn",
+                   "<Network><ExternalDevices><Device Class='x\ny'/></ExternalDevices></Network>");
+    EXPECT_THAT(run("zetool zn show --json lines.zn").output,
+                testing::HasSubstr("  \"warnings\": [\n"
+                                   "    \"lines.zn:2 Warning: ZN11058 Unrecognised device class \\\"x\",\n"
+                                   "    \"y\\\"; ignoring.\"\n"
+                                   "  ]\n"));
+}
+
 TEST_F(ZnShow, ItsJsonHoldsToItsSchema) {
     for (const std::string words : {"two.zn", "switch.zn", "--no-users two.zn", "bad.zn", "none.zn"})
         EXPECT_EQ(schemaFaults("zn-show.schema.json", run("zetool zn show --json " + words).output), "")
