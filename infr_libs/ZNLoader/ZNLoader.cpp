@@ -85,6 +85,16 @@ void ZNLoader::setWarningTarget(std::string* warnings) {
     m_warnings = warnings ? warnings : &m_ownWarnings;
 }
 
+std::string* ZNLoader::warningTarget() {
+    if (m_warnings != &m_ownWarnings || m_ownWarnings.size() < s_maxOwnWarnings)
+        return m_warnings;
+    if (!m_leavesWarningsOut)
+        m_utils.buildWarningMessage(&m_ownWarnings, 11000, ZNUtils::FileNameLocation(m_fileName),
+                                    "Further warnings are left out.\n");
+    m_leavesWarningsOut = true;
+    return nullptr;
+}
+
 void ZNLoader::addStandardCompileTimeDiagnosticIgnores() {
     m_utils.ignore(11135);
 }

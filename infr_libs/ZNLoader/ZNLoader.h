@@ -124,8 +124,16 @@ public:
     ZNLoader(const ZNLoader&) = delete;
     ZNLoader& operator=(const ZNLoader&) = delete;
 
-    // A target that outlives the loader, or null for `m_ownWarnings`.
+    // A target that outlives the loader, or null for `m_ownWarnings`. A target gets every warning.
     void setWarningTarget(std::string* warnings);
+
+    // Where the next warning goes, null for nowhere: once `m_ownWarnings` has `s_maxOwnWarnings` bytes or
+    // more, a line says so there, and no more are kept. For the sources of the loader alone.
+    std::string* warningTarget();
+
+    // Many more than the most nodes that identifiers of 16 bits allow can earn: 1 KiB each. A few KiB of
+    // flags that nobody knows would earn hundreds of MiB, since each warning shows all of them.
+    static constexpr std::size_t s_maxOwnWarnings = std::size_t{64} << 20;
 
     // Leaves out the warnings that a compiler's user shouldn't see (11135).
     void addStandardCompileTimeDiagnosticIgnores();
@@ -282,6 +290,7 @@ private:
     // Enters the nodes that were added since the last call into the maps below and `m_nodeMap`.
     void offerNodes();
 
+    bool m_leavesWarningsOut = false;
     std::string m_fileName;         // as given to `open`: what messages about the document as a whole name
     std::size_t m_nodesOffered = 0; // nodes that `m_nodeMap` covers
     std::size_t m_procNodesOffered = 0;                            // processors that `m_procOrdinals` covers

@@ -243,7 +243,7 @@ bool ZNLoader::checkPackages() {
         const unsigned count = numPackages[node->m_id];
         if (count == 0)
             m_utils.buildWarningMessage(
-                m_warnings, 11158, ElementLocation(node->m_element),
+                warningTarget(), 11158, ElementLocation(node->m_element),
                 "Node \"%s\" is not in a package.  Support for nodes outwith packages "
                 "is deprecated.\n",
                 node->m_id.c_str());

@@ -48,7 +48,7 @@ public:
                                                        &thisNode->m_achievedReferenceFreq);
         } else if (thisNode->m_systemFreq == 0) {
             m_loader.m_utils.buildWarningMessage(
-                m_loader.m_warnings, 11140, ElementLocation(thisNode->m_element),
+                m_loader.warningTarget(), 11140, ElementLocation(thisNode->m_element),
                 "System frequency is unspecified. No PLL configuration will be performed.\n");
         } else {
             pll = planSystem(thisNode, *planner);
@@ -97,7 +97,7 @@ private:
     void warnOfDifference(const ZNLoader::Node* node, ZNUtils::ErrorCode code, const char* clock,
                           unsigned requested, unsigned achieved) {
         m_loader.m_utils.buildWarningMessage(
-            m_loader.m_warnings, code, ElementLocation(node->m_element),
+            m_loader.warningTarget(), code, ElementLocation(node->m_element),
             "%dHz %s frequency for node \"%s\" could not be achived. Using %dHz.\n",
             static_cast<int>(requested), clock, node->m_id.c_str(), static_cast<int>(achieved));
     }
@@ -105,7 +105,7 @@ private:
     void warnOfDefault(const ZNLoader::Node* node, ZNUtils::ErrorCode code, const char* clock,
                        unsigned achieved) {
         m_loader.m_utils.buildWarningMessage(
-            m_loader.m_warnings, code, ElementLocation(node->m_element),
+            m_loader.warningTarget(), code, ElementLocation(node->m_element),
             "Default %s frequency for node \"%s\" could not be achived. Using %dHz.\n", clock,
             node->m_id.c_str(), static_cast<int>(achieved));
     }

@@ -121,7 +121,7 @@ bool ZNLoader::readNetwork(XmlNode* root) {
         }
         if (isNamed(child, "devices"))
             m_utils.buildWarningMessage(
-                m_warnings, 11129, ElementLocation(root),
+                warningTarget(), 11129, ElementLocation(root),
                 "Node type \"Devices\" is deprecated, use \"ExternalDevices\" instead.\n");
         if ((this->*section->read)(child))
             return true;

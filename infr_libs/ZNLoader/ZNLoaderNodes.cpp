@@ -171,11 +171,11 @@ void warnOfUnusedFrequencies(ZNLoader& loader, const Node& node, unsigned given)
     const ElementLocation where(node.m_element);
     if (given & GivenReferenceFrequency)
         loader.m_utils.buildWarningMessage(
-            loader.m_warnings, 11135, where,
+            loader.warningTarget(), 11135, where,
             "Attribute ReferenceFrequency is ignored when Oscillator is not specified.\n");
     if (given & GivenSystemFrequency)
         loader.m_utils.buildWarningMessage(
-            loader.m_warnings, 11135, where,
+            loader.warningTarget(), 11135, where,
             "Attribute SystemFrequency is ignored when Oscillator is not specified.\n");
 }
 

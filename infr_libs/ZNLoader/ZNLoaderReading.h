@@ -30,7 +30,7 @@ struct UnknownName {
 
 inline void warnOf(ZNLoader& loader, const UnknownName& message, const XmlNode* where,
                    const std::string& name) {
-    loader.m_utils.buildWarningMessage(loader.m_warnings, message.code, ElementLocation(where),
+    loader.m_utils.buildWarningMessage(loader.warningTarget(), message.code, ElementLocation(where),
                                        message.format, name.c_str());
 }
 

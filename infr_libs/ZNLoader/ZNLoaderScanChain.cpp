@@ -34,7 +34,7 @@ template<class Rows>
 void readChainLink(ZNLoader& loader, XmlNode* element, ChainLink& link, const Rows& rows) {
     ChainReading reading{loader, element, link};
     readAttributes(reading, rows, [&](const std::string& name) {
-        loader.m_utils.buildWarningMessage(loader.m_warnings, 11031, ElementLocation(element),
+        loader.m_utils.buildWarningMessage(loader.warningTarget(), 11031, ElementLocation(element),
                                            "Found unexpected attribute \"%s\" inside %s node; ignoring.\n",
                                            name.c_str(), element->getName()->c_str());
     });
@@ -51,7 +51,7 @@ bool ZNLoader::readJTAGChain(XmlNode* element) {
         if (isText(*attribute->getName(), "maxfrequency"))
             m_jtagMaxFrequency = freqInHertz(*attribute->getValue(), element);
         else
-            m_utils.buildWarningMessage(m_warnings, 11104, ElementLocation(element),
+            m_utils.buildWarningMessage(warningTarget(), 11104, ElementLocation(element),
                                         "Found unexpected attribute \"%s\" inside \"%s\" node; ignoring.\n",
                                         attribute->getName()->c_str(), element->getName()->c_str());
     }

@@ -95,6 +95,35 @@ TEST_F(ZNLoaderTest, CollectsWarningsThatNobodyAskedFor) {
     EXPECT_EQ(fromStream.m_ownWarnings, "zn:1 Warning: ZN11128 Node <Oddity> is not recognised; ignoring.\n");
 }
 
+// ---- The bound of warnings that nobody asked for ----
+
+TEST_F(ZNLoaderTest, KeepsTheWarningThatReachesTheBoundAndSaysOnceThatMoreAreLeftOut) {
+    loader.setWarningTarget(nullptr);
+    loader.m_ownWarnings.assign(ZNLoader::s_maxOwnWarnings - 1, 'x');
+    EXPECT_EQ(thrownBy([&] { open("<Network>\n<A/><B/><C/></Network>"); }),
+              "zn: Error: ZN11038 JTAG scan chain not specified.\n");
+    EXPECT_EQ(loader.m_ownWarnings.substr(ZNLoader::s_maxOwnWarnings - 1),
+              "zn:1 Warning: ZN11128 Node <A> is not recognised; ignoring.\n"
+              "zn: Further warnings are left out.\n");
+}
+
+TEST_F(ZNLoaderTest, KeepsNoMoreThanTheBoundOfFlagsThatNobodyKnows) {
+    constexpr std::size_t numFlags = 30000; // 900 MB of warnings
+    loader.setWarningTarget(nullptr);
+    read("<Network><Links><Link Flags='" + std::string(numFlags, ',') +
+         "'><LinkEndpoint/><LinkEndpoint/></Link></Links></Network>");
+    EXPECT_GE(loader.m_ownWarnings.size(), ZNLoader::s_maxOwnWarnings);
+    EXPECT_LT(loader.m_ownWarnings.size(), ZNLoader::s_maxOwnWarnings + numFlags + 200);
+}
+
+TEST_F(ZNLoaderTest, HandsEveryWarningToATarget) {
+    warnings.assign(ZNLoader::s_maxOwnWarnings, 'x');
+    read("<Network>\n<A/><B/></Network>");
+    EXPECT_EQ(warnings.substr(ZNLoader::s_maxOwnWarnings),
+              "zn:1 Warning: ZN11128 Node <A> is not recognised; ignoring.\n"
+              "zn:1 Warning: ZN11128 Node <B> is not recognised; ignoring.\n");
+}
+
 TEST_F(ZNLoaderTest, OpensOneDocumentOnly) {
     open(NetworkBuilder().processor("a").text());
     const ChildResult result = runInChild([&] { open("<Network/>"); });
