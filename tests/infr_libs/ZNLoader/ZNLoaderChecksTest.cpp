@@ -208,6 +208,21 @@ TEST_F(ZNLoaderChecking, IndicesBeyondTheDeclarationPass) {
               s_nothing);
 }
 
+// "d" stands in a package and "e" outside, both without a component; "f" and "g" have one.
+TEST_F(ZNLoaderChecking, ADeviceIsInAPackageByAComponentAlone) {
+    open("<Network><Declarations><Declaration>core x</Declaration></Declarations>\n"
+         "<Packages><Package Id='p' Type='Package'><Nodes>\n"
+         "<Node Id='a' InPackageId='0' Type='L1'><Core Reference='x'/></Node>\n"
+         "<Node Id='d' Type='device:'/>\n"
+         "<Node Id='f' Type='device:'/></Nodes>\n"
+         "<Component NodeId='f' InPackage='1'/><Component NodeId='g' InPackage='2'/></Package></Packages>\n"
+         "<Nodes>\n"
+         "<Node Id='e' Type='device:'/>\n"
+         "<Node Id='g' Type='device:'/></Nodes>\n"
+         "<JTAGChain><JTAGDevice NodeId='a'/></JTAGChain></Network>");
+    EXPECT_EQ(warnings, NOT_IN_A_PACKAGE("4", "d") NOT_IN_A_PACKAGE("8", "e"));
+}
+
 TEST_F(ZNLoaderChecking, AChainAsLongAsTheListOfNodesIsNotSearched) {
     // A device node fills the place of the processor that is missing: wanted.
     EXPECT_EQ(thrownBy([&] {

@@ -203,6 +203,13 @@ TEST_F(ZNLoaderNodes, ZsscOscillatorOf4MHzIsRejected) {
               "100).\n");
 }
 
+TEST_F(ZNLoaderNodes, WordsOfATypeAreComparedExactly) {
+    EXPECT_EQ(
+        thrownBy([&] { readNodes("\n<Node Id='z' Type='periph:zs1-su'/>\n<Node Id='d' Type='Device:x'/>"); }),
+        "zn:2 Error: ZN11177 Unrecognised peripheral type (\"zs1-su\").\n"
+        "zn:3 Error: ZN11003 Unrecognised node type (\"Device\").\n");
+}
+
 TEST_F(ZNLoaderNodes, ZsscOfAnotherTypeIsMadeAndItsErrorShowsWithALaterOne) {
     EXPECT_EQ(thrownBy([&] { readNodes("\n<Node Id='z' Type='periph:XYZ'/>\n<Node Id='a' Type='odd:x'/>"); }),
               "zn:2 Error: ZN11177 Unrecognised peripheral type (\"XYZ\").\n"

@@ -53,6 +53,10 @@ TEST(ZNLoaderFrequency, HasNoDigitBehindItsSuffix) {
     EXPECT_EQ(frequency("2.5"), "zn:7 Error: ZN11060 Frequency (\"2.5\") cannot be parsed.\n");
 }
 
+TEST(ZNLoaderFrequency, IsNotHexadecimal) {
+    EXPECT_EQ(frequency("0x10"), "zn:7 Error: ZN11060 Frequency (\"0x10\") cannot be parsed.\n");
+}
+
 TEST(ZNLoaderFrequency, HasAKnownSuffix) {
     EXPECT_EQ(frequency("12GHz"), "zn:7 Error: ZN11060 Frequency (\"12GHz\") had unrecognised suffix.\n");
     EXPECT_EQ(frequency("12 MHz"), "zn:7 Error: ZN11060 Frequency (\"12 MHz\") had unrecognised suffix.\n");
@@ -93,6 +97,10 @@ TEST(ZNLoaderFeedbackDivider, HasNoOtherFraction) {
 TEST(ZNLoaderFeedbackDivider, IsNotNegative) {
     EXPECT_EQ(feedbackDiv("-5"), -1);
     EXPECT_EQ(feedbackDiv("0x-5"), -1);
+}
+
+TEST(ZNLoaderFeedbackDivider, IsHexadecimalBehindASmallXAlone) {
+    EXPECT_EQ(feedbackDiv("0X5"), -1);
 }
 
 TEST(ZNLoaderFeedbackDivider, MayEndInAnythingWhenItIsHexadecimal) {

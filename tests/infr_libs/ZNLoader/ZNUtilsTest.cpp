@@ -149,6 +149,7 @@ TEST(ZNUtilsStricmp, BytesAbove127AreTheLargest) {
 TEST(ZNUtilsIntOf, DetectsTheBase) {
     EXPECT_EQ(ZNUtils::IntOf("16"), 16);
     EXPECT_EQ(ZNUtils::IntOf("0x10"), 16);
+    EXPECT_EQ(ZNUtils::IntOf("0X10"), 16);
     EXPECT_EQ(ZNUtils::IntOf("010"), 8);
     EXPECT_EQ(ZNUtils::IntOf("-7"), -7);
 }
