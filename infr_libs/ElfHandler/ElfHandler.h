@@ -162,8 +162,9 @@ public:
                             unsigned char* data, std::uint32_t flags, std::uint32_t align);
 
     // Each adds a section and returns its index. The forms with a segment place it inside that segment's
-    // block, where its range must lie: within the bytes in the file, or, without contents, behind them and
-    // within the memory.
+    // block. With contents, its range must lie within the block's bytes (assertion). Without contents, its
+    // offset must lie behind the bytes in the file and not behind the memory (assertion); how far its size
+    // reaches from there isn't looked at, which is wanted.
     unsigned int addProgbitsSection(std::uint32_t addr, std::uint32_t numBytes, unsigned char* data,
                                     const char* name, std::uint32_t flags, std::uint32_t addralign,
                                     std::uint32_t entsize);
