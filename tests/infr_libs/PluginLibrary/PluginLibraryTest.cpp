@@ -37,6 +37,24 @@ protected:
         return text;
     }
 
+    // Nothing is known of any core, and look-ups leave their results alone.
+    void expectNoNetwork() {
+        EXPECT_EQ(library.getZNLoader(), nullptr);
+        EXPECT_TRUE(library.getElfHandlers("stdcore[0]").empty());
+        EXPECT_TRUE(library.getElfHandlers("").empty());
+        EXPECT_EQ(library.getNumActiveProcessors(), 0U);
+        std::string name = "untouched";
+        unsigned node = 7;
+        unsigned core = 7;
+        EXPECT_FALSE(library.getCoreName(name, 0, 0));
+        EXPECT_FALSE(library.findDefaultZNCore(name, node, core));
+        EXPECT_FALSE(library.findZNCore("stdcore[0]", node, core));
+        EXPECT_FALSE(library.findZNPort("uart", name, node, core));
+        EXPECT_EQ(name, "untouched");
+        EXPECT_EQ(node, 7U);
+        EXPECT_EQ(core, 7U);
+    }
+
     DeviceFolder devices;
     PluginLibrary library;
 
@@ -76,20 +94,7 @@ TEST_F(PluginLibraryTest, AMissingFileIsToldAndNotOpened) {
 TEST_F(PluginLibraryTest, AnImageWithoutANetworkOpensAndKnowsNoCore) {
     EXPECT_TRUE(
         open(ImageBuilder().config(sampleConfiguration()).elf(0, 0, sampleProgram({"main"})).bytes()));
-    EXPECT_EQ(library.getZNLoader(), nullptr);
-    EXPECT_TRUE(library.getElfHandlers("stdcore[0]").empty());
-    EXPECT_TRUE(library.getElfHandlers("").empty());
-    EXPECT_EQ(library.getNumActiveProcessors(), 0U);
-    std::string name = "untouched";
-    unsigned node = 7;
-    unsigned core = 7;
-    EXPECT_FALSE(library.getCoreName(name, 0, 0));
-    EXPECT_FALSE(library.findDefaultZNCore(name, node, core));
-    EXPECT_FALSE(library.findZNCore("stdcore[0]", node, core));
-    EXPECT_FALSE(library.findZNPort("uart", name, node, core));
-    EXPECT_EQ(name, "untouched");
-    EXPECT_EQ(node, 7U);
-    EXPECT_EQ(core, 7U);
+    expectNoNetwork();
 }
 
 TEST_F(PluginLibraryTest, ANetworkThatFailsToLoadIsToldAndLeftOut) {
@@ -98,6 +103,18 @@ TEST_F(PluginLibraryTest, ANetworkThatFailsToLoadIsToldAndLeftOut) {
     EXPECT_EQ(result.error,
               "Warning: Unable to load ZN file: zn:1 Error: ZN11001 Root node is not <Network>\n");
     EXPECT_EQ(result.output, "true");
+}
+
+TEST_F(PluginLibraryTest, WithANetworkThatFailsToLoadNoCoreIsKnown) {
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(open(ImageBuilder()
+                         .config(sampleConfiguration())
+                         .zn("<Net/>")
+                         .elf(0, 0, sampleProgram({"main"}))
+                         .bytes()));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Warning: Unable to load ZN file: zn:1 Error: ZN11001 Root node is not <Network>\n");
+    expectNoNetwork();
 }
 
 TEST_F(PluginLibraryTest, ANetworkThatEndsInACommentOfAValueIsLeftOutToo) {
@@ -264,21 +281,38 @@ TEST_F(PluginLibraryTest, AnImageOfAnUnknownCoreIsReadAndIgnored) {
     EXPECT_EQ(result.exitStatus, 1); // its faults show all the same
 }
 
+namespace {
+
+// A device without cores, and a processor behind it in the scan chain.
+const std::string s_deviceFirst =
+    "<Network><Declarations><Declaration>core a</Declaration></Declarations><Nodes>"
+    "<Node Id='0' Type='L1'><Core Reference='a'/></Node>"
+    "<Node Id='d' Type='device:x'/></Nodes>"
+    "<JTAGChain><JTAGDevice NodeId='d'/><JTAGDevice NodeId='0'/></JTAGChain>"
+    "</Network>";
+
+} // namespace
+
 TEST_F(PluginLibraryTest, AnImageOfAPositionWithoutAProcessorIsIgnored) {
-    const std::string network =
-        "<Network><Declarations><Declaration>core a</Declaration></Declarations><Nodes>"
-        "<Node Id='0' Type='L1'><Core Reference='a'/></Node>"
-        "<Node Id='d' Type='device:x'/></Nodes>"
-        "<JTAGChain><JTAGDevice NodeId='d'/><JTAGDevice NodeId='0'/></JTAGChain>"
-        "</Network>";
     ASSERT_TRUE(open(ImageBuilder()
                          .config(sampleConfiguration())
-                         .zn(network)
+                         .zn(s_deviceFirst)
                          .elf(0, 0, sampleProgram({"ignored"}))
                          .elf(1, 0, sampleProgram({"main"}))
                          .bytes()));
     EXPECT_EQ(functionsOf("a"), "| main");
     EXPECT_EQ(library.getNumActiveProcessors(), 1U);
+}
+
+TEST_F(PluginLibraryTest, AnImageOfAPositionWithoutAProcessorIsReadAllTheSame) {
+    const ChildResult result = openInChild(ImageBuilder()
+                                               .config(sampleConfiguration())
+                                               .zn(s_deviceFirst)
+                                               .elf(0, 0, "no ELF file")
+                                               .elf(1, 0, sampleProgram({"main"}))
+                                               .bytes());
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.error, "ERROR: Header is not an ELF file\n");
 }
 
 TEST_F(PluginLibraryTest, TheDefaultCoreIsTheFirstOfTheDocument) {
