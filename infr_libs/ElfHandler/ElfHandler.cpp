@@ -9,6 +9,7 @@
 #include "infr_libs/ErrorHandler/Assertion.h"
 #include "infr_libs/ErrorHandler/ErrorHandler.h"
 
+#include <algorithm>
 #include <fstream>
 
 ElfHandler::ElfHandler(ErrorHandler* errorHandler) : m_errorHandler(errorHandler) {}
@@ -82,7 +83,8 @@ std::vector<ElfHandler::Segment*>* ElfHandler::getProgramSegments() const {
     for (const std::unique_ptr<ElfBlock>& block : m_blocks) {
         const ElfProgramHeader* header = block->getProgramHeader();
         if (header && header->p_type == ElfProgramHeader::PT_LOAD && header->p_filesz != 0)
-            segments->push_back(new Segment{header->p_paddr, header->p_filesz, block->getData()});
+            segments->push_back(
+                new Segment{header->p_paddr, std::min(header->p_filesz, block->getSize()), block->getData()});
     }
     return segments;
 }

@@ -35,7 +35,7 @@ public:
     // What a loader needs of a segment.
     struct Segment {
         std::uint32_t paddr;
-        std::uint32_t filesz;
+        std::uint32_t filesz;      // so many bytes are there
         const unsigned char* data; // in a block of the handler
     };
 
@@ -91,7 +91,8 @@ public:
     // The first block that holds this section, and the section's offset in it; or null.
     ElfBlock* findBlock(const ElfSectionHeader* header, std::uint32_t& offset) const;
 
-    // The loadable segments that have bytes in the file. The caller owns the vector and the records.
+    // The loadable segments that have bytes in the file. A segment whose bytes couldn't be had, where the
+    // error handler returned, is among them with none. The caller owns the vector and the records.
     std::vector<Segment*>* getProgramSegments() const;
 
     // Reports symbols that name a section which isn't there.

@@ -73,12 +73,23 @@ inline void walkSections(ElfHandler& elf) {
     }
 }
 
+inline void walkSegments(ElfHandler& elf) {
+    const std::unique_ptr<std::vector<ElfHandler::Segment*>> segments(elf.getProgramSegments());
+    for (const ElfHandler::Segment* segment : *segments) {
+        // The first byte and the last; those between may be many.
+        const volatile unsigned char* bytes = segment->data;
+        if (segment->filesz != 0) {
+            static_cast<void>(bytes[0]);
+            static_cast<void>(bytes[segment->filesz - 1]);
+        }
+        delete segment;
+    }
+}
+
 inline void walkElf(ElfHandler& elf) {
     walkSymbols(elf);
     walkStrings(elf);
     walkSections(elf);
-    const std::unique_ptr<std::vector<ElfHandler::Segment*>> segments(elf.getProgramSegments());
-    for (ElfHandler::Segment* segment : *segments)
-        delete segment;
+    walkSegments(elf);
     elf.check();
 }

@@ -313,6 +313,20 @@ TEST(ElfHandlerReader, ASectionWhoseEndWrapsIsHeldByNoSegment) {
                 ElementsAre("fatal ERROR: Failed to allocate memory for data section\n"));
 }
 
+namespace {
+
+std::vector<ElfHandler::Segment> programSegmentsOf(const ElfHandler& elf) {
+    const std::unique_ptr<std::vector<ElfHandler::Segment*>> records(elf.getProgramSegments());
+    std::vector<ElfHandler::Segment> segments;
+    for (const ElfHandler::Segment* segment : *records) {
+        segments.push_back(*segment);
+        delete segment;
+    }
+    return segments;
+}
+
+} // namespace
+
 TEST(ElfHandlerReader, ProgramSegmentsAreTheLoadableOnesWithBytes) {
     ErrorHandler errorHandler;
     ElfBuilder image;
@@ -322,16 +336,25 @@ TEST(ElfHandlerReader, ProgramSegmentsAreTheLoadableOnesWithBytes) {
     image.addSegment({.vaddr = 0x500, .bytes = "xy"});
     const auto elf = readElf(errorHandler, image.build().bytes);
 
-    const std::unique_ptr<std::vector<ElfHandler::Segment*>> records(elf->getProgramSegments());
-    std::vector<std::unique_ptr<ElfHandler::Segment>> segments;
-    for (ElfHandler::Segment* segment : *records)
-        segments.emplace_back(segment);
+    const std::vector<ElfHandler::Segment> segments = programSegmentsOf(*elf);
     ASSERT_EQ(segments.size(), 2U);
-    EXPECT_EQ(segments[0]->paddr, 0x200U);
-    EXPECT_EQ(segments[0]->filesz, 4U);
-    EXPECT_EQ(segments[0]->data, elf->getBlocks()[0]->getData());
-    EXPECT_EQ(segments[1]->paddr, 0x500U);
-    EXPECT_EQ(segments[1]->filesz, 2U);
+    EXPECT_EQ(segments[0].paddr, 0x200U);
+    EXPECT_EQ(segments[0].filesz, 4U);
+    EXPECT_EQ(segments[0].data, elf->getBlocks()[0]->getData());
+    EXPECT_EQ(segments[1].paddr, 0x500U);
+    EXPECT_EQ(segments[1].filesz, 2U);
+}
+
+TEST(ElfHandlerReader, AProgramSegmentWithoutMemoryForItHasNoBytes) {
+    RecordingErrorHandler errorHandler;
+    ElfBuilder image;
+    image.addSegment({.paddr = 0x200, .bytes = "abcd"});
+    const auto elf = readElf(errorHandler, image.build().set("p_filesz[0]", 0x80000000).bytes);
+    const std::vector<ElfHandler::Segment> segments = programSegmentsOf(*elf);
+    ASSERT_EQ(segments.size(), 1U);
+    EXPECT_EQ(segments[0].paddr, 0x200U);
+    EXPECT_EQ(segments[0].filesz, 0U);
+    EXPECT_NE(segments[0].data, nullptr);
 }
 
 // ---- Section types ----
