@@ -52,11 +52,12 @@ void ElfStrings::addReadTexts(std::size_t numBytes) {
     m_byName.reserve(std::min(s_maxReserved, numBytes / s_bytesForText));
     while (const void* zero = std::memchr(text, '\0', static_cast<std::size_t>(end - text))) {
         const std::string_view view(text, static_cast<const char*>(zero));
-        const std::uint32_t hash = ElfTextIndex::hashOf(view);
-        if (!findOffset(view, hash)) {
+        ElfTextIndex::Key key = ElfTextIndex::keyOf(view);
+        if (!m_byName.find(key)) {
             const std::uint32_t offset = m_numBytes;
             append(view);
-            m_byName.insert(hash, offset);
+            key.text = {bytes() + offset, view.size()}; // it may have moved
+            m_byName.insert(key, offset);
         }
         text = static_cast<const char*>(zero) + 1;
     }
@@ -66,8 +67,8 @@ void ElfStrings::addReadTexts(std::size_t numBytes) {
 
 ElfString* ElfStrings::add(const char* text) {
     const std::string_view view(text);
-    const std::uint32_t hash = ElfTextIndex::hashOf(view);
-    if (const std::uint32_t* offset = findOffset(view, hash))
+    ElfTextIndex::Key key = ElfTextIndex::keyOf(view);
+    if (const std::uint32_t* offset = m_byName.find(key))
         return stringAt(*offset, view);
 
     const std::uint64_t newSize = std::uint64_t{m_numBytes} + view.size() + 1;
@@ -76,8 +77,9 @@ ElfString* ElfStrings::add(const char* text) {
             throw std::bad_alloc();
         const std::uint32_t offset = m_numBytes;
         ElfString* string = stringAt(offset, view);
-        append(string->getName()); // its own copy: the text may lie in the buffer that is replaced
-        m_byName.insert(hash, offset);
+        key.text = string->getName(); // its own copy: the text may lie in the buffer that is replaced
+        append(key.text);
+        m_byName.insert(key, offset);
         return string;
     } catch (const std::bad_alloc&) {
         m_errorHandler->fatalError(true, "ERROR: Failed to allocate memory for string constant '%s'\n", text);
@@ -86,18 +88,8 @@ ElfString* ElfStrings::add(const char* text) {
 }
 
 ElfString* ElfStrings::find(const char* text) {
-    const std::uint32_t* offset = findOffset(text, ElfTextIndex::hashOf(text));
+    const std::uint32_t* offset = m_byName.find(ElfTextIndex::keyOf(text));
     return offset ? stringAt(*offset, text) : nullptr;
-}
-
-const std::uint32_t* ElfStrings::findOffset(std::string_view text, std::uint32_t hash) const {
-    return m_byName.find(hash, [&](std::uint32_t offset) {
-        // The zero behind the text in the table is within it, since no text of the table reaches its end
-        // without one.
-        const char* candidate = bytes() + offset;
-        return m_numBytes - offset > text.size() && std::memcmp(candidate, text.data(), text.size()) == 0 &&
-               candidate[text.size()] == '\0';
-    });
 }
 
 ElfString* ElfStrings::stringAt(std::uint32_t offset, std::string_view text) {

@@ -61,7 +61,6 @@ public:
 
 private:
     const char* bytes() const { return reinterpret_cast<const char*>(m_buffer.get()); }
-    const std::uint32_t* findOffset(std::string_view text, std::uint32_t hash) const;
     ElfString* stringAt(std::uint32_t offset, std::string_view text);
     void addReadTexts(std::size_t numBytes);
     void append(std::string_view text);
@@ -70,7 +69,7 @@ private:
     std::unique_ptr<unsigned char[]> allocate(std::uint64_t numBytes, const char* purpose);
     [[noreturn]] void failToAllocate(const char* purpose);
 
-    ElfTextIndex m_byName;                                  // offsets of the texts
+    ElfTextIndex m_byName{[this](std::uint32_t offset) { return bytes() + offset; }}; // offsets of the texts
     std::unordered_map<std::uint32_t, ElfString> m_strings; // by offset: those that were asked for
     std::uint32_t m_numBytes = 0;
     std::unique_ptr<unsigned char[]> m_buffer; // the raw table, and a zero behind it that ends every text

@@ -13,7 +13,6 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
-#include <string_view>
 #include <vector>
 
 namespace {
@@ -57,20 +56,15 @@ void ElfSymbolTable::updateIndex() {
     if (m_numIndexed == 0)
         m_nameIndex.reserve(m_symbols.size());
     for (; m_numIndexed < numSymbols(); ++m_numIndexed) {
-        const std::string_view name = symbolName(m_numIndexed);
-        const std::uint32_t hash = ElfTextIndex::hashOf(name);
-        const auto hasName = [&](std::uint32_t symbolNum) { return symbolName(symbolNum) == name; };
-        if (!m_nameIndex.find(hash, hasName))
-            m_nameIndex.insert(hash, m_numIndexed);
+        const ElfTextIndex::Key key = ElfTextIndex::keyOf(symbolName(m_numIndexed));
+        if (!m_nameIndex.find(key))
+            m_nameIndex.insert(key, m_numIndexed);
     }
 }
 
 std::optional<unsigned int> ElfSymbolTable::lookUp(const char* name) {
     updateIndex();
-    const auto hasName = [&](std::uint32_t symbolNum) {
-        return std::strcmp(symbolName(symbolNum), name) == 0;
-    };
-    if (const std::uint32_t* symbolNum = m_nameIndex.find(ElfTextIndex::hashOf(name), hasName))
+    if (const std::uint32_t* symbolNum = m_nameIndex.find(ElfTextIndex::keyOf(name)))
         return *symbolNum;
 
     // The index may be stale: a symbol's `st_name` is open to change, and where a read table held a text

@@ -81,6 +81,6 @@ private:
 
     StableVector<ElfSymbol> m_symbols;
     ElfHandler* m_handler;
-    ElfTextIndex m_nameIndex;      // the first symbol of each name
-    unsigned int m_numIndexed = 0; // so many symbols are in it
+    ElfTextIndex m_nameIndex{[this](std::uint32_t i) { return symbolName(i); }}; // the first of each name
+    unsigned int m_numIndexed = 0;                                               // so many symbols are in it
 };

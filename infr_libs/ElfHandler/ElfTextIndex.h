@@ -3,38 +3,48 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <map>
+#include <string>
 #include <string_view>
 #include <vector>
 
-// A hash index from texts to 32-bit values. The texts stay with the owner of the index, who says whether a
-// value belongs to a text: eight bytes an entry stand against a node and a copy of the text in a map, which
-// for a table of a million names is what counts.
+// A hash index from texts to 32-bit values. The texts stay with the owner of the index, who says which text a
+// value belongs to: eight bytes an entry stand against a node and a copy of the text in a map, which for a
+// table of a million names is what counts.
+//
+// A file may be made so that its names share hashes. What would be searched for too long goes to an ordered
+// map, with a copy of its text: whatever the names, a look-up compares a few texts and then logarithmically
+// many. What is found doesn't depend on the hash.
 class ElfTextIndex {
 public:
-    static std::uint32_t hashOf(std::string_view text) {
-        return static_cast<std::uint32_t>(std::hash<std::string_view>()(text));
+    // A text without zeros and its hash, which serves for looking it up and then adding it.
+    struct Key {
+        std::string_view text;
+        std::uint32_t hash;
+    };
+
+    static Key keyOf(std::string_view text) {
+        return {text, static_cast<std::uint32_t>(std::hash<std::string_view>()(text))};
     }
+
+    // The text that belongs to a value in the index, with a zero behind it.
+    using TextOf = std::function<const char*(std::uint32_t value)>;
+
+    // Entries of one hash that are compared, and slots that are looked at, before the map is asked. Chance
+    // alone hardly ever reaches either.
+    static constexpr std::size_t s_maxAlike = 8;
+    static constexpr std::size_t s_maxSteps = 512;
+
+    explicit ElfTextIndex(TextOf textOf);
 
     // Makes room for this many entries at once.
     void reserve(std::size_t numEntries);
 
-    // The value whose hash is this and for which isText(value) holds, or null.
-    template<class IsText>
-    const std::uint32_t* find(std::uint32_t hash, IsText isText) const {
-        if (m_slots.empty())
-            return nullptr;
-        const std::size_t mask = m_slots.size() - 1;
-        for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
-            const Slot& slot = m_slots[i];
-            if (slot.value == s_free)
-                return nullptr;
-            if (slot.hash == hash && isText(slot.value))
-                return &slot.value;
-        }
-    }
+    // The value of this text, or null.
+    const std::uint32_t* find(const Key& key) const;
 
     // Adds a value, below 0xFFFFFFFF, for a text that isn't in the index.
-    void insert(std::uint32_t hash, std::uint32_t value);
+    void insert(const Key& key, std::uint32_t value);
 
 private:
     static constexpr std::uint32_t s_free = 0xFFFFFFFF;
@@ -44,9 +54,12 @@ private:
         std::uint32_t value = s_free;
     };
 
-    void place(Slot entry);
+    bool hasText(std::uint32_t value, std::string_view text) const;
+    bool place(Slot entry);
     void resize(std::size_t numSlots);
 
+    TextOf m_textOf;
     std::vector<Slot> m_slots; // a power of two of them, at most three quarters taken; searched upwards
-    std::size_t m_numEntries = 0;
+    std::size_t m_numTaken = 0;
+    std::map<std::string, std::uint32_t, std::less<>> m_others; // those without a slot within reach
 };
