@@ -157,7 +157,7 @@ void build(const std::string& edits) {
     std::istringstream stream(written(elf));
     ElfHandler read(&errorHandler, stream);
     compare(elf, read);
-    walkElf(read);
+    walkReadElf(read);
 }
 
 } // namespace
@@ -171,8 +171,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     readBothWays(bytes.substr(s_maxEdits), [&](ElfHandler& elf) {
         edit(elf, Numbers(edits));
-        walkElf(elf);
-        readBothWays(written(elf), walkElf);
+        walkEditedElf(elf);
+        readBothWays(written(elf), walkReadElf);
     });
     return 0;
 }

@@ -7,6 +7,6 @@
 #include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    readBothWays(std::string(reinterpret_cast<const char*>(data), size), walkElf);
+    readBothWays(std::string(reinterpret_cast<const char*>(data), size), walkReadElf);
     return 0;
 }

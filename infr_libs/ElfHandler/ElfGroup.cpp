@@ -6,6 +6,7 @@
 #include "infr_libs/ElfHandler/ElfSymbolTable.h"
 
 #include <algorithm>
+#include <utility>
 
 ElfGroup::ElfGroup(ErrorHandler* errorHandler, std::istream& stream, const ElfSectionHeader* header)
     : m_signatureIndex(header->sh_info) {
@@ -26,7 +27,7 @@ ElfGroup::~ElfGroup() = default;
 
 void ElfGroup::postProcess(const ElfHandler* handler) {
     m_comdat = (m_data[0] & GRP_COMDAT) != 0;
-    m_signature = handler->getSymbolTable()->getSymbol(m_signatureIndex);
+    m_signature = std::as_const(*handler->getSymbolTable()).getSymbol(m_signatureIndex);
     for (std::uint32_t i = 1; i <= m_numSections; ++i) {
         if (ElfSectionHeader* member = handler->getSectionHeader(m_data[i]))
             m_sections.push_back(member);

@@ -74,7 +74,7 @@ void ElfHandler::readFileStream(std::istream& stream) {
     for (std::size_t i = 1; i < m_sectionHeaders.size(); ++i)
         readSection(reading, m_sectionHeaders[i].get());
     addMissingTables();
-    // The index of symbol names waits until someone looks for a name.
+    // The index of symbol names waits until someone looks for a name or may change one.
     m_groups.postProcess(this);
 }
 

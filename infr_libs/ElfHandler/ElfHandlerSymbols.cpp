@@ -4,6 +4,8 @@
 #include "infr_libs/ElfHandler/ElfSymbolTable.h"
 #include "infr_libs/ErrorHandler/Assertion.h"
 
+#include <utility>
+
 unsigned int ElfHandler::numSymbols() const {
     return m_symbolTable ? m_symbolTable->numSymbols() : 0;
 }
@@ -92,7 +94,7 @@ void ElfHandler::collectReferences(std::set<const ElfSymbol*>& symbols, unsigned
     for (const ElfRelocationTable* table : section->getRelocations()) {
         for (const ElfRelocation& relocation : table->getRelocations()) {
             if (from <= relocation.getOffset() && relocation.getOffset() < to)
-                symbols.insert(m_symbolTable->getSymbol(relocation.getSymbol()));
+                symbols.insert(std::as_const(*m_symbolTable).getSymbol(relocation.getSymbol()));
         }
     }
 }

@@ -21,8 +21,12 @@ constexpr std::uint64_t s_symbolsAtATime = 0x1000;
 
 } // namespace
 
+ElfSymbolTable::ElfSymbolTable(ElfHandler* handler)
+    : m_handler(handler),
+      m_nameIndex([this](std::uint32_t i) { return m_handler->getStringsEntry(m_indexedNames[i].offset); }) {}
+
 ElfSymbolTable::ElfSymbolTable(ElfHandler* handler, std::istream& stream, const ElfSectionHeader* header)
-    : m_handler(handler) {
+    : ElfSymbolTable(handler) {
     ElfInput input(stream);
     const std::uint64_t numClaimed = header->sh_size / ElfSymbol::s_numBytes;
     const std::uint64_t numThere = (input.numBytesLeft() + ElfSymbol::s_numBytes - 1) / ElfSymbol::s_numBytes;
@@ -40,7 +44,7 @@ ElfSymbolTable::ElfSymbolTable(ElfHandler* handler, std::istream& stream, const 
     }
 }
 
-ElfSymbolTable::ElfSymbolTable(ElfHandler* handler, const ElfString* nullString) : m_handler(handler) {
+ElfSymbolTable::ElfSymbolTable(ElfHandler* handler, const ElfString* nullString) : ElfSymbolTable(handler) {
     m_symbols.emplace_back(nullString->getOffset(), 0U, 0U, 0U, 0U, 0U);
 }
 
@@ -49,26 +53,39 @@ ElfSymbolTable::~ElfSymbolTable() = default;
 unsigned int ElfSymbolTable::add(const ElfString* name, std::uint32_t value, std::uint32_t sectionIndex,
                                  std::uint32_t binding, std::uint32_t type, std::uint32_t size) {
     m_symbols.emplace_back(name->getOffset(), value, sectionIndex, binding, type, size);
+    indexNewSymbols();
     return numSymbols() - 1;
 }
 
 void ElfSymbolTable::updateIndex() {
+    m_numIndexed = 0;
+    indexNewSymbols();
+}
+
+// Symbols that were read wait for this until a name is looked for, or one may change: most files are read
+// by those who do neither. As long as no name changes, it doesn't show.
+//
+// Names behind the last text of a table that held a text twice are an exception: adding a text changes them
+// without a word. The index gives only what still has the name under which it was put there.
+void ElfSymbolTable::indexNewSymbols() {
     if (m_numIndexed == 0)
         m_nameIndex.reserve(m_symbols.size());
     for (; m_numIndexed < numSymbols(); ++m_numIndexed) {
-        const ElfTextIndex::Key key = ElfTextIndex::keyOf(symbolName(m_numIndexed));
-        if (!m_nameIndex.find(key))
-            m_nameIndex.insert(key, m_numIndexed);
+        const std::uint32_t offset = m_symbols[m_numIndexed].st_name;
+        const ElfTextIndex::Key key = ElfTextIndex::keyOf(m_handler->getStringsEntry(offset));
+        if (m_nameIndex.find(key))
+            continue;
+        m_indexedNames.push_back({offset, m_numIndexed});
+        m_nameIndex.insert(key, static_cast<std::uint32_t>(m_indexedNames.size() - 1));
     }
 }
 
 std::optional<unsigned int> ElfSymbolTable::lookUp(const char* name) {
-    updateIndex();
-    if (const std::uint32_t* symbolNum = m_nameIndex.find(ElfTextIndex::keyOf(name)))
-        return *symbolNum;
+    indexNewSymbols();
+    if (const std::uint32_t* i = m_nameIndex.find(ElfTextIndex::keyOf(name)))
+        return m_indexedNames[*i].symbolNum;
 
-    // The index may be stale: a symbol's `st_name` is open to change, and where a read table held a text
-    // twice, so are the bytes behind its last text.
+    // The index may be stale, since a symbol's `st_name` is open to change.
     for (unsigned int i = 0; i < numSymbols(); ++i) {
         const char* candidate = symbolName(i);
         if (candidate == name || std::strcmp(candidate, name) == 0)
@@ -87,6 +104,7 @@ unsigned int ElfSymbolTable::findNumByName(const char* name) {
 }
 
 ElfSymbol* ElfSymbolTable::findGlobal(const char* name) {
+    indexNewSymbols();
     for (unsigned int i = 0; i < numSymbols(); ++i) {
         if (m_symbols[i].getBinding() == ElfSymbol::STB_GLOBAL && std::strcmp(symbolName(i), name) == 0)
             return &m_symbols[i];
@@ -100,6 +118,11 @@ int ElfSymbolTable::find(const ElfSymbol* symbol) const {
 }
 
 ElfSymbol* ElfSymbolTable::getSymbol(std::uint32_t symbolNum) {
+    indexNewSymbols();
+    return symbolNum < m_symbols.size() ? &m_symbols[symbolNum] : nullptr;
+}
+
+const ElfSymbol* ElfSymbolTable::getSymbol(std::uint32_t symbolNum) const {
     return symbolNum < m_symbols.size() ? &m_symbols[symbolNum] : nullptr;
 }
 

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <iosfwd>
 #include <optional>
+#include <vector>
 
 class ElfHandler;
 class ElfSectionHeader;
@@ -34,11 +35,13 @@ public:
     unsigned int add(const ElfString* name, std::uint32_t value, std::uint32_t sectionIndex,
                      std::uint32_t binding, std::uint32_t type, std::uint32_t size);
 
-    // Brings the index of names up to the symbols that are there. Without it, the first look-up does.
+    // Adds the names that the symbols have now to the index. Without it, a symbol whose name is changed is
+    // found under the name that it had, which is wanted, and under the new one where no other symbol had that
+    // before.
     void updateIndex();
 
     // The symbol of this name with the lowest index, or null. Logarithmic or better where the name exists;
-    // a name that doesn't is looked for in every symbol.
+    // a name that doesn't is looked for in every symbol. Whoever changes `st_name` sees `updateIndex`.
     ElfSymbol* find(const char* name);
 
     // The index of the symbol that `find` gives, or 0, which is also the null symbol's.
@@ -51,8 +54,10 @@ public:
     // The index of a symbol of this table, or -1.
     int find(const ElfSymbol* symbol) const;
 
-    // Null for an index out of range.
+    // Null for an index out of range. Where the symbol may be changed, all names are put into the index
+    // before.
     ElfSymbol* getSymbol(std::uint32_t symbolNum);
+    const ElfSymbol* getSymbol(std::uint32_t symbolNum) const;
 
     unsigned int numSymbols() const { return static_cast<unsigned int>(m_symbols.size()); }
     std::uint32_t numBytes() const { return numSymbols() * ElfSymbol::s_numBytes; }
@@ -77,10 +82,21 @@ public:
     void display(const ElfStrings* strings) const;
 
 private:
+    explicit ElfSymbolTable(ElfHandler* handler);
+
+    // Under which name a symbol is in the index: what stands at an offset of the strings stays, what a
+    // symbol names may change.
+    struct IndexedName {
+        std::uint32_t offset;
+        unsigned int symbolNum;
+    };
+
+    void indexNewSymbols();
     std::optional<unsigned int> lookUp(const char* name);
 
     StableVector<ElfSymbol> m_symbols;
     ElfHandler* m_handler;
-    ElfTextIndex m_nameIndex{[this](std::uint32_t i) { return symbolName(i); }}; // the first of each name
-    unsigned int m_numIndexed = 0;                                               // so many symbols are in it
+    std::vector<IndexedName> m_indexedNames; // the first symbol of each name
+    ElfTextIndex m_nameIndex;                // places in `m_indexedNames`
+    unsigned int m_numIndexed = 0;           // so many symbols have been offered to the index
 };

@@ -16,7 +16,7 @@
 // Asks a handler for everything that it can tell of a file, however bad the file was, and ends the process
 // where two answers don't agree. Nothing is asked that is an assertion.
 
-inline void walkSymbols(ElfHandler& elf) {
+inline void walkSymbols(ElfHandler& elf, bool isEdited) {
     for (unsigned i = 0; i < elf.numSymbols(); ++i) {
         const std::string name = elf.getSymbolName(i);
         elf.isSymbolGlobal(i);
@@ -25,13 +25,15 @@ inline void walkSymbols(ElfHandler& elf) {
         if (elf.getSymbolTable()->find(elf.getSymbolTable()->getSymbol(i)) != static_cast<int>(i))
             std::abort();
     }
-    // The first symbol of a name is the one that is found.
+    // The first symbol of a name is the one that is found. Texts that were added may have changed names, and
+    // given one to a symbol before that.
     for (unsigned i = 0; i < elf.numSymbols() && i < 16; ++i) {
         const std::string name = elf.getSymbolName(i);
         unsigned first = 0;
         while (name != elf.getSymbolName(first))
             ++first;
-        if (elf.getSymbolTable()->findNumByName(name.c_str()) != first)
+        const unsigned found = elf.getSymbolTable()->findNumByName(name.c_str());
+        if (isEdited ? name != elf.getSymbolName(found) : found != first)
             std::abort();
         elf.getSymbolTable()->findGlobal(name.c_str());
     }
@@ -86,10 +88,18 @@ inline void walkSegments(ElfHandler& elf) {
     }
 }
 
-inline void walkElf(ElfHandler& elf) {
-    walkSymbols(elf);
+inline void walkElf(ElfHandler& elf, bool isEdited) {
+    walkSymbols(elf, isEdited);
     walkStrings(elf);
     walkSections(elf);
     walkSegments(elf);
     elf.check();
+}
+
+inline void walkReadElf(ElfHandler& elf) {
+    walkElf(elf, false);
+}
+
+inline void walkEditedElf(ElfHandler& elf) {
+    walkElf(elf, true);
 }

@@ -34,7 +34,7 @@ std::string clangObject() {
 void readThrowing(const std::string& bytes) {
     CatchableErrorHandler errorHandler;
     try {
-        walkElf(*readElf(errorHandler, bytes));
+        walkReadElf(*readElf(errorHandler, bytes));
     } catch (const std::string&) {
         // the handler's message
     }
@@ -42,7 +42,7 @@ void readThrowing(const std::string& bytes) {
 
 void readReturning(const std::string& bytes) {
     RecordingErrorHandler errorHandler;
-    walkElf(*readElf(errorHandler, bytes));
+    walkReadElf(*readElf(errorHandler, bytes));
 }
 
 // Reads all files in a child process. Where a file ends it as stated, another goes on behind that file.

@@ -94,6 +94,31 @@ TEST_F(ElfSymbolTableTest, FindsASymbolUnderAChangedName) {
     EXPECT_EQ(m_table.findNumByName("new"), index);
 }
 
+TEST_F(ElfSymbolTableTest, FindsASymbolUnderItsOldNameToo) {
+    const unsigned index = add("old");
+    m_table.getSymbol(index)->st_name = m_elf.addString("new")->getOffset();
+    EXPECT_EQ(m_table.find("old"), m_table.getSymbol(index));
+    EXPECT_EQ(m_table.findNumByName("old"), index);
+}
+
+TEST_F(ElfSymbolTableTest, ANameBelongsToTheSymbolThatHadItFirst) {
+    const unsigned renamed = add("old");
+    m_table.getSymbol(renamed)->st_name = m_elf.addString("name")->getOffset();
+    const unsigned added = add("name");
+    EXPECT_EQ(m_table.findNumByName("name"), added);
+    m_table.updateIndex();
+    EXPECT_EQ(m_table.findNumByName("name"), added);
+}
+
+TEST_F(ElfSymbolTableTest, UpdatingTheIndexAddsChangedNames) {
+    const unsigned renamed = add("old");
+    m_table.getSymbol(renamed)->st_name = m_elf.addString("name")->getOffset();
+    m_table.updateIndex();
+    add("name");
+    EXPECT_EQ(m_table.findNumByName("name"), renamed);
+    EXPECT_EQ(m_table.findNumByName("old"), renamed);
+}
+
 TEST_F(ElfSymbolTableTest, FindGlobalPassesALocalNamesakeOver) {
     const unsigned local = add("twin", s_local);
     const unsigned global = add("twin", s_global);
@@ -170,6 +195,23 @@ TEST(ElfSymbolTable, NamesThatADoubledTextMovedAreReadAtTheirOldOffsets) {
     EXPECT_STREQ(elf->getSymbolName(3), "e");
     EXPECT_EQ(elf->getSymbolTable()->findNumByName("three"), 2U);
     EXPECT_EQ(elf->getSymbolTable()->findNumByName("two"), 0U);
+}
+
+TEST(ElfSymbolTable, AReadSymbolIsFoundUnderTheNameOfTheFileThoughThatWasChanged) {
+    ErrorHandler errorHandler;
+    ElfBuilder image;
+    image.addFunction("first", 0);
+    image.addFunction("second", 0);
+    const auto rename = [](ElfSymbol* symbol, std::uint32_t offset) { symbol->st_name = offset; };
+    for (const bool global : {true, false}) {
+        const auto elf = readElf(errorHandler, image.build().bytes);
+        ElfSymbolTable& table = *elf->getSymbolTable();
+        const std::uint32_t second = table.findGlobal("second")->st_name;
+        rename(global ? table.findGlobal("first") : table.getSymbol(1), second);
+        EXPECT_EQ(table.findNumByName("first"), 1U);
+        EXPECT_EQ(table.findNumByName("second"), 2U);
+        EXPECT_STREQ(elf->getSymbolName(1), "second");
+    }
 }
 
 // ---- Check ----

@@ -12,6 +12,7 @@
 #include "tools/zetool/Words.h"
 
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -38,7 +39,7 @@ void addFunction(Program& program, ShortFunctionNames& names, const ElfView& vie
 // As the plugin lists them: all symbols of the type but the null symbol.
 void addFunctions(Program& program, ShortFunctionNames& names, const ElfView& view, const ElfHandler& elf) {
     for (unsigned i = 1; i < elf.numSymbols(); ++i) {
-        const ElfSymbol& symbol = *elf.getSymbolTable()->getSymbol(i);
+        const ElfSymbol& symbol = *std::as_const(*elf.getSymbolTable()).getSymbol(i);
         if (symbol.getType() == ElfSymbol::STT_FUNC)
             addFunction(program, names, view, i, symbol, elf.getSymbolName(i));
     }

@@ -5,6 +5,7 @@
 #include "tools/zetool/elf/RelocationView.h"
 
 #include <array>
+#include <utility>
 
 namespace {
 
@@ -191,7 +192,7 @@ void addNameFaults(const ElfView& view, const ElfHandler& elf, std::vector<ElfFa
             continue;
         // The reader takes one such table alone.
         for (unsigned i = 1; i < elf.numSymbols(); ++i) {
-            const std::uint32_t name = elf.getSymbolTable()->getSymbol(i)->st_name;
+            const std::uint32_t name = std::as_const(*elf.getSymbolTable()).getSymbol(i)->st_name;
             const std::optional<std::string_view> symbolInFile = view.text(section.sh_link, name);
             if (name != 0 && !isSameName(symbolInFile, elf.getSymbolName(i)))
                 counter.add([&] {
