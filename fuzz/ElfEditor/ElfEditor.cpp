@@ -136,6 +136,16 @@ std::string written(ElfHandler& elf) {
     return folder.read("out.elf");
 }
 
+// What blocks claim that the file doesn't hold is long to move and to write, and shows nothing here that a
+// few bytes don't.
+bool isLong(const ElfHandler& elf) {
+    constexpr std::uint64_t s_long = 0x100000;
+    std::uint64_t numBytes = 0;
+    for (const auto& block : elf.getBlocks())
+        numBytes += block->getSize();
+    return numBytes > s_long;
+}
+
 // What was written must be there when it is read.
 void compare(ElfHandler& elf, ElfHandler& read) {
     if (read.numSymbols() != elf.numSymbols() ||
@@ -170,6 +180,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     readBothWays(bytes.substr(s_maxEdits), [&](ElfHandler& elf) {
+        if (isLong(elf))
+            return;
         edit(elf, Numbers(edits));
         walkEditedElf(elf);
         readBothWays(written(elf), walkReadElf);

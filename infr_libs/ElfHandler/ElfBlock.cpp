@@ -8,7 +8,10 @@
 #include <new>
 
 ElfBlock::ElfBlock(std::uint32_t size, unsigned char* data, std::uint32_t offset)
-    : m_size(size), m_offset(offset), m_data(data) {}
+    : ElfBlock(size, ElfBytes(data), offset) {}
+
+ElfBlock::ElfBlock(std::uint32_t size, ElfBytes data, std::uint32_t offset)
+    : m_size(size), m_offset(offset), m_data(std::move(data)) {}
 
 ElfBlock::~ElfBlock() {
     ZELM_ASSERT(m_data != __null);
@@ -35,7 +38,9 @@ void ElfBlock::extendData(std::uint32_t extra) {
     const std::uint64_t newSize = std::uint64_t{m_size} + extra;
     if (newSize > s_maxNumBytes)
         throw std::bad_alloc();
-    auto larger = std::make_unique<unsigned char[]>(static_cast<std::size_t>(newSize));
+    ElfBytes larger = newZeroBytes(static_cast<std::size_t>(newSize));
+    if (!larger)
+        throw std::bad_alloc();
     std::memcpy(larger.get(), m_data.get(), m_size);
     m_data = std::move(larger);
     m_size = static_cast<std::uint32_t>(newSize);

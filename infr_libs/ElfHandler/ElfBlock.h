@@ -1,8 +1,9 @@
 #pragma once
 
+#include "infr_libs/ElfHandler/ElfBytes.h"
+
 #include <cstdint>
 #include <list>
-#include <memory>
 #include <utility>
 
 class ElfProgramHeader;
@@ -21,6 +22,7 @@ public:
 
     // Takes ownership of the array, which came from `new[]`. No segment, no sections.
     ElfBlock(std::uint32_t size, unsigned char* data, std::uint32_t offset = 0);
+    ElfBlock(std::uint32_t size, ElfBytes data, std::uint32_t offset);
 
     // Asserts that the block has an array, even one of size 0.
     virtual ~ElfBlock();
@@ -56,7 +58,7 @@ public:
 private:
     std::uint32_t m_size;
     std::uint32_t m_offset = 0;
-    std::unique_ptr<unsigned char[]> m_data;
+    ElfBytes m_data;
     ElfProgramHeader* m_phdr = nullptr; // the segment that this block is, if any
     std::list<Section> m_sections;
 };

@@ -11,7 +11,7 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <new>
+#include <utility>
 
 // What is needed only while a file is read.
 struct ElfHandler::Reading {
@@ -124,17 +124,17 @@ void ElfHandler::readSection(Reading& reading, ElfSectionHeader* header) {
 // A block of bytes of the file, zeros where the file has none. Without memory for it, or credit, it is empty.
 std::unique_ptr<ElfBlock> ElfHandler::readBlock(Reading& reading, std::uint32_t offset, std::uint32_t size,
                                                 const char* contents) {
-    std::unique_ptr<unsigned char[]> data;
+    ElfBytes data;
     if (size <= ElfBlock::s_maxNumBytes && Reading::take(reading.numBytesForBlocks, size))
-        data.reset(new (std::nothrow) unsigned char[size]);
+        data = newZeroBytes(size);
     if (!data) {
         m_errorHandler->fatalError(true, "ERROR: Failed to allocate memory for data %s\n", contents);
         size = 0;
-        data = std::make_unique<unsigned char[]>(size);
+        data = ElfBytes(new unsigned char[size]);
     }
     reading.input.seek(offset);
-    reading.input.read(data.get(), size);
-    return std::make_unique<ElfBlock>(size, data.release(), offset);
+    reading.input.readWhatIsThere(data.get(), size);
+    return std::make_unique<ElfBlock>(size, std::move(data), offset);
 }
 
 void ElfHandler::readContents(Reading& reading, ElfSectionHeader* header, const ElfBlock* block) {

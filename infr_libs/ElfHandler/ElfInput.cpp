@@ -24,7 +24,12 @@ void ElfInput::seek(std::uint64_t offset) {
     m_stream.seekg(static_cast<std::istream::off_type>(m_position));
 }
 
-std::size_t ElfInput::read(void* destination, std::size_t numBytes) {
+void ElfInput::read(void* destination, std::size_t numBytes) {
+    const std::size_t numRead = readWhatIsThere(destination, numBytes);
+    std::memset(static_cast<char*>(destination) + numRead, 0, numBytes - numRead);
+}
+
+std::size_t ElfInput::readWhatIsThere(void* destination, std::size_t numBytes) {
     const auto wanted = static_cast<std::streamsize>(std::min<std::uint64_t>(numBytes, numBytesLeft()));
     std::size_t numRead = 0;
     if (wanted > 0) {
@@ -33,7 +38,6 @@ std::size_t ElfInput::read(void* destination, std::size_t numBytes) {
         m_stream.clear();
     }
     m_position += numRead;
-    std::memset(static_cast<char*>(destination) + numRead, 0, numBytes - numRead);
     return numRead;
 }
 

@@ -27,13 +27,16 @@ public:
     // stream holds, and get zeros for it, but not memory for whatever number they name.
     bool mayClaim(std::uint64_t numBytes) const { return numBytes <= m_length + s_slack; }
 
-    static constexpr std::uint64_t s_slack = 0x100000;
+    static constexpr std::uint64_t s_slack = 0x4000000;
 
     // Counted from the stream's beginning; a place past the end means the end.
     void seek(std::uint64_t offset);
 
-    // Returns how many of the bytes the stream had.
-    std::size_t read(void* destination, std::size_t numBytes);
+    // What the stream lacks of the bytes becomes zeros.
+    void read(void* destination, std::size_t numBytes);
+
+    // What the stream lacks is left alone. Returns how many of the bytes it had.
+    std::size_t readWhatIsThere(void* destination, std::size_t numBytes);
 
     // The bytes of one structure of the file.
     template<class Structure>

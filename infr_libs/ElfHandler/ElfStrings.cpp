@@ -20,8 +20,6 @@ namespace {
 constexpr std::size_t s_bytesForText = 16;
 constexpr std::size_t s_maxReserved = 0x100000;
 
-constexpr const char* s_forReading = " for reading strings";
-
 } // namespace
 
 ElfStrings::ElfStrings(ErrorHandler* errorHandler) : m_errorHandler(errorHandler) {
@@ -31,11 +29,12 @@ ElfStrings::ElfStrings(ErrorHandler* errorHandler) : m_errorHandler(errorHandler
 ElfStrings::ElfStrings(ErrorHandler* errorHandler, std::istream& stream, const ElfSectionHeader* header)
     : m_errorHandler(errorHandler) {
     ElfInput input(stream);
-    if (!input.mayClaim(header->sh_size))
-        failToAllocate(s_forReading);
-    m_buffer = allocate(header->sh_size, s_forReading);
     m_bufferSize = header->sh_size;
-    const std::size_t numRead = input.read(m_buffer.get(), m_bufferSize);
+    if (input.mayClaim(m_bufferSize) && m_bufferSize <= ElfBlock::s_maxNumBytes)
+        m_buffer = newZeroBytes(std::size_t{m_bufferSize} + 1);
+    if (!m_buffer)
+        failToAllocate(" for reading strings");
+    const std::size_t numRead = input.readWhatIsThere(m_buffer.get(), m_bufferSize);
     // Behind what the file has stand zeros alone: the first may end a text, the second is the empty text, and
     // any others are the empty text again.
     addReadTexts(std::min(numRead + 2, std::size_t{m_bufferSize}));
@@ -112,11 +111,11 @@ void ElfStrings::append(std::string_view text) {
 
 // Replaces the buffer by one of twice this size, which holds the texts added so far and zeros behind them.
 void ElfStrings::makeRoom(std::uint32_t numBytes) {
-    auto larger = allocate(2 * std::uint64_t{numBytes}, "");
+    auto larger = allocate(2 * std::uint64_t{numBytes});
     const std::uint32_t newSize = 2 * numBytes;
     copyTexts(larger.get());
     std::memset(larger.get() + m_numBytes, 0, newSize - m_numBytes);
-    m_buffer = std::move(larger);
+    m_buffer = ElfBytes(larger.release());
     m_bufferSize = newSize;
 }
 
@@ -125,7 +124,7 @@ unsigned char* ElfStrings::createBuffer(bool final) {
         makeRoom(m_numBytes);
         return nullptr;
     }
-    auto table = allocate(m_numBytes, "");
+    auto table = allocate(m_numBytes);
     copyTexts(table.get());
     return table.release();
 }
@@ -136,13 +135,13 @@ void ElfStrings::copyTexts(unsigned char* destination) const {
 }
 
 // An array of this many bytes and a zero behind them.
-std::unique_ptr<unsigned char[]> ElfStrings::allocate(std::uint64_t numBytes, const char* purpose) {
+std::unique_ptr<unsigned char[]> ElfStrings::allocate(std::uint64_t numBytes) {
     if (numBytes > ElfBlock::s_maxNumBytes)
-        failToAllocate(purpose);
+        failToAllocate("");
     const auto size = static_cast<std::size_t>(numBytes);
     std::unique_ptr<unsigned char[]> array(new (std::nothrow) unsigned char[size + 1]);
     if (!array)
-        failToAllocate(purpose);
+        failToAllocate("");
     array[size] = 0;
     return array;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "infr_libs/ElfHandler/ElfBytes.h"
 #include "infr_libs/ElfHandler/ElfString.h"
 #include "infr_libs/ElfHandler/ElfTextIndex.h"
 
@@ -66,13 +67,13 @@ private:
     void append(std::string_view text);
     void makeRoom(std::uint32_t numBytes);
     void copyTexts(unsigned char* destination) const;
-    std::unique_ptr<unsigned char[]> allocate(std::uint64_t numBytes, const char* purpose);
+    std::unique_ptr<unsigned char[]> allocate(std::uint64_t numBytes);
     [[noreturn]] void failToAllocate(const char* purpose);
 
     ElfTextIndex m_byName{[this](std::uint32_t offset) { return bytes() + offset; }}; // offsets of the texts
     std::unordered_map<std::uint32_t, ElfString> m_strings; // by offset: those that were asked for
     std::uint32_t m_numBytes = 0;
-    std::unique_ptr<unsigned char[]> m_buffer; // the raw table, and a zero behind it that ends every text
-    std::uint32_t m_bufferSize = 0;            // its capacity, without that zero
+    ElfBytes m_buffer;              // the raw table, and a zero behind it that ends every text
+    std::uint32_t m_bufferSize = 0; // its capacity, without that zero
     ErrorHandler* m_errorHandler;
 };

@@ -511,7 +511,7 @@ TEST(ElfHandlerReader, ManySegmentsThatClaimTheSameBytesAreRefusedInSum) {
         image.addSegment({});
     file = image.build();
     for (int i = 0; i < 5; ++i)
-        file.set("p_filesz[" + std::to_string(i) + "]", 0x40000); // the fifth is too many
+        file.set("p_filesz[" + std::to_string(i) + "]", 0x1000000); // the fifth is too many
     EXPECT_THAT(reportsOf(file.bytes),
                 ElementsAre("fatal ERROR: Failed to allocate memory for data segment\n"));
 }

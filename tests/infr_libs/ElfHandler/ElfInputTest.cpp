@@ -31,6 +31,17 @@ TEST(ElfInput, ReadsZerosPastTheEnd) {
     EXPECT_EQ(readBytes(input, 2), std::string(2, '\0'));
 }
 
+TEST(ElfInput, LeavesWhatLiesPastTheEndAloneWhereAskedTo) {
+    std::istringstream stream("0123456789");
+    ElfInput input(stream);
+    input.seek(8);
+    std::string bytes(4, '?');
+    EXPECT_EQ(input.readWhatIsThere(bytes.data(), bytes.size()), 2U);
+    EXPECT_EQ(bytes, "89??");
+    EXPECT_EQ(input.readWhatIsThere(bytes.data(), bytes.size()), 0U);
+    EXPECT_TRUE(stream.good());
+}
+
 TEST(ElfInput, AShortReadDoesNotSpoilTheNext) {
     std::istringstream stream("0123456789");
     ElfInput input(stream);
@@ -58,10 +69,10 @@ TEST(ElfInput, AStreamThatHasFailedCountsAsEmpty) {
     EXPECT_EQ(readBytes(input, 1), std::string(1, '\0'));
 }
 
-TEST(ElfInput, BelievesClaimsUpToALittleMoreThanTheStreamHolds) {
+TEST(ElfInput, BelievesClaimsUpTo64MebibytesPastTheEnd) {
     std::istringstream stream("0123456789");
     const ElfInput input(stream);
-    EXPECT_TRUE(input.mayClaim(10 + 0x100000));
-    EXPECT_FALSE(input.mayClaim(11 + 0x100000));
+    EXPECT_TRUE(input.mayClaim(10 + 0x4000000));
+    EXPECT_FALSE(input.mayClaim(11 + 0x4000000));
     EXPECT_FALSE(input.mayClaim(0xFFFFFFFF));
 }

@@ -202,7 +202,7 @@ TEST(ElfStrings, TextsAreAddedInTheRoomThatDoubledTextsLeft) {
 }
 
 TEST(ElfStrings, WhatTheFileLacksIsZerosAndSoTheEmptyText) {
-    for (const std::uint32_t numMissing : {1U, 2U, 3U, 0xC0000U}) {
+    for (const std::uint32_t numMissing : {1U, 2U, 3U, 0x3000000U}) {
         RecordingErrorHandler errorHandler;
         std::istringstream stream("main");
         ElfSectionHeader header(1);
@@ -216,7 +216,7 @@ TEST(ElfStrings, WhatTheFileLacksIsZerosAndSoTheEmptyText) {
 }
 
 TEST(ElfStrings, ATableThatNoFileCanHoldEndsTheProcessAlsoWhereTheErrorHandlerReturns) {
-    for (const std::uint32_t size : {0x100010U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
+    for (const std::uint32_t size : {0x4000010U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
         const ChildResult result = runInChild([&] {
             ErrorHandler errorHandler;
             errorHandler.setExitOnError(false);
