@@ -11,14 +11,13 @@
 ElfGroup::ElfGroup(ErrorHandler* errorHandler, std::istream& stream, const ElfSectionHeader* header)
     : m_signatureIndex(header->sh_info) {
     ElfInput input(stream);
-    const std::uint64_t numClaimed = header->sh_size / s_wordSize;
-    const std::uint64_t numThere = (input.numBytesLeft() + s_wordSize - 1) / s_wordSize;
-    if (numClaimed > numThere)
+    std::uint32_t numWords = header->sh_size / s_wordSize;
+    if (!input.mayClaim(header->sh_size)) {
         reportNoMemoryForSection(errorHandler);
-    const auto numWords = static_cast<std::uint32_t>(std::min(numClaimed, numThere));
-
+        numWords = 0;
+    }
     m_data = std::make_unique<std::uint32_t[]>(std::max(numWords, std::uint32_t{1}));
-    input.read(m_data.get(), std::size_t{numWords} * s_wordSize);
+    input.readWhatIsThere(m_data.get(), std::size_t{numWords} * s_wordSize);
     if (numWords != 0)
         m_numSections = numWords - 1;
 }

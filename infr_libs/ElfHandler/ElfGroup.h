@@ -17,8 +17,9 @@ public:
     static constexpr std::uint32_t s_wordSize = 4;
     static constexpr std::uint32_t GRP_COMDAT = 1;
 
-    // Reads `sh_size` bytes from the stream's position. Words wholly past the stream's end are reported as
-    // memory that can't be had, and left out.
+    // Reads `sh_size` bytes from the stream's position. Words past the stream's end are zeros, and so the
+    // null section. A size far beyond the stream is reported as memory that can't be had; the group then has
+    // no members.
     ElfGroup(ErrorHandler* errorHandler, std::istream& stream, const ElfSectionHeader* header);
 
     virtual ~ElfGroup();

@@ -26,7 +26,7 @@ struct ElfHandler::Reading {
     explicit Reading(std::istream& stream)
         : input(stream),
           numBytesForBlocks(input.length() + ElfInput::s_slack),
-          numBytesForTables(input.length()) {}
+          numBytesForTables(input.length() + ElfInput::s_slack) {}
 
     // The index of the first block that holds the range of this section.
     std::size_t findHolder(const ElfSectionHeader& header) const {

@@ -45,6 +45,12 @@ std::array<unsigned char, Structure::s_numBytes> structureAt(std::string_view fi
     return bytes;
 }
 
+// The section of this index, as the header places it.
+inline ElfSectionHeader sectionAt(std::string_view file, const ElfHeader& header, unsigned index) {
+    const std::size_t place = std::size_t{header.e_shoff} + index * ElfSectionHeader::s_numBytes;
+    return {structureAt<ElfSectionHeader>(file, place).data(), index};
+}
+
 // Strings without the empty one, and no symbol table, are a stated limit that ends the process. Says so of
 // some other files too: of those whose strings don't begin with the empty one.
 inline bool hasStatedEnd(std::string_view file) {
@@ -52,8 +58,7 @@ inline bool hasStatedEnd(std::string_view file) {
     bool hasSymbols = false;
     bool hasBadStrings = false;
     for (unsigned i = 1; i < header.e_shnum; ++i) {
-        const std::size_t place = std::size_t{header.e_shoff} + i * ElfSectionHeader::s_numBytes;
-        const ElfSectionHeader section(structureAt<ElfSectionHeader>(file, place).data(), i);
+        const ElfSectionHeader section = sectionAt(file, header, i);
         const bool beginsWell = section.sh_offset >= file.size() || file[section.sh_offset] == '\0';
         hasSymbols = hasSymbols || section.sh_type == ElfSectionHeader::SHT_SYMTAB;
         hasBadStrings = hasBadStrings || (section.sh_type == ElfSectionHeader::SHT_STRTAB &&
@@ -69,10 +74,25 @@ inline bool claimsManyHeaders(std::string_view file) {
     return header.e_phnum > s_many || header.e_shnum > s_many;
 }
 
+// Millions of relocations and group members that the file doesn't hold take long too.
+inline bool claimsLongTables(std::string_view file) {
+    constexpr std::size_t s_long = 0x1000;
+    const ElfHeader header(structureAt<ElfHeader>(file, 0).data());
+    for (unsigned i = 1; i < header.e_shnum; ++i) {
+        const ElfSectionHeader section = sectionAt(file, header, i);
+        const bool isTable = section.sh_type == ElfSectionHeader::SHT_RELA ||
+                             section.sh_type == ElfSectionHeader::SHT_REL ||
+                             section.sh_type == ElfSectionHeader::SHT_GROUP;
+        if (isTable && section.sh_size > file.size() + s_long)
+            return true;
+    }
+    return false;
+}
+
 // Reads the file with both kinds of handler, and gives what could be read to `use`.
 template<class Use>
 void readBothWays(const std::string& bytes, Use use) {
-    if (claimsManyHeaders(bytes) || hasStatedEnd(bytes))
+    if (claimsManyHeaders(bytes) || claimsLongTables(bytes) || hasStatedEnd(bytes))
         return;
     for (const bool throwsAlways : {true, false}) {
         FuzzErrorHandler errorHandler(throwsAlways);

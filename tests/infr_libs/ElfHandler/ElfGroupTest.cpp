@@ -1,5 +1,6 @@
 #include "infr_libs/ElfHandler/ElfGroup.h"
 
+#include "infr_libs/ElfHandler/ElfSectionHeader.h"
 #include "infr_libs/ElfHandler/ElfSymbolTable.h"
 #include "infr_libs/ErrorHandler/ErrorHandler.h"
 #include "tests/infr_libs/ElfHandler/ElfSamples.h"
@@ -14,6 +15,7 @@ namespace {
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 // A file with one group of these words, the sections 1 and 2 and the symbol 1.
 ElfBuilder fileWithGroup(const std::vector<std::uint32_t>& words) {
@@ -70,26 +72,55 @@ TEST(ElfGroup, FewerThanFourBytesAreNoSections) {
     EXPECT_THAT(elf->getGroups()[0]->getSections(), IsEmpty());
 }
 
-TEST(ElfGroup, WordsPastTheEndOfTheFileAreReportedAndLeftOut) {
+TEST(ElfGroup, WordsPastTheEndOfTheFileAreTheNullSection) {
     LabelledBytes file = fileWithGroup({1, 1, 2}).build();
-    file.set("sh_offset[3]", static_cast<std::uint32_t>(file.bytes.size() - 4));
+    const auto size = static_cast<std::uint32_t>(file.bytes.size());
+    // From within the file's last words, and larger than the file.
+    for (const std::uint32_t numWords : {3U, size}) {
+        file.set("sh_offset[3]", size - 4).set("sh_size[3]", 4 * numWords);
+        RecordingErrorHandler errorHandler;
+        const auto elf = readElf(errorHandler, file.bytes);
+        EXPECT_THAT(errorHandler.messages(), IsEmpty());
+        ASSERT_EQ(elf->getGroups().size(), 1U);
+        EXPECT_EQ(elf->getGroups()[0]->getNumSections(), numWords - 1);
+        EXPECT_THAT(elf->getGroups()[0]->getSections(), SizeIs(numWords - 1));
+        EXPECT_THAT(elf->getGroups()[0]->getSections(), Each(elf->getSectionHeader(0)));
+    }
+}
+
+TEST(ElfGroup, AGroupOfClaimedGigabytesIsRefused) {
+    for (const std::uint32_t size : {0x40000000U, 0xFFFFFFFCU}) {
+        RecordingErrorHandler errorHandler;
+        const auto elf = readElf(errorHandler, fileWithGroup({1, 1}).build().set("sh_size[3]", size).bytes);
+        // Once for the block, once for the group.
+        EXPECT_THAT(errorHandler.messages(),
+                    ElementsAre("fatal ERROR: Failed to allocate memory for data section\n",
+                                "fatal ERROR: Failed to allocate memory for data section\n"));
+        EXPECT_THAT(elf->getGroups(), IsEmpty());
+    }
+}
+
+TEST(ElfGroup, AGroupWithoutMemoryForItHasNoMembers) {
     RecordingErrorHandler errorHandler;
-    const auto elf = readElf(errorHandler, file.bytes);
+    std::istringstream stream("abcdefgh");
+    ElfSectionHeader header(1);
+    header.sh_size = 0x40000000;
+    EXPECT_EQ(ElfGroup(&errorHandler, stream, &header).getNumSections(), 0U);
     EXPECT_THAT(errorHandler.messages(),
                 ElementsAre("fatal ERROR: Failed to allocate memory for data section\n"));
-    EXPECT_EQ(elf->getGroups()[0]->getNumSections(), 0U);
 }
 
 TEST(ElfGroup, ManyGroupsOverTheSameBytesAreRefusedInSum) {
+    constexpr std::uint32_t s_size = 0x2400000; // two of them are more than 64 MiB
     ElfBuilder image;
-    image.addSegment({.bytes = std::string(4096, '\0')});
-    for (int i = 0; i < 8; ++i)
-        image.addSection({.name = ".group", .type = 17, .size = 4096, .segment = 0, .entsize = 4});
+    image.addSegment({});
+    for (int i = 0; i < 2; ++i)
+        image.addSection({.name = ".group", .type = 17, .size = s_size, .segment = 0, .entsize = 4});
     RecordingErrorHandler errorHandler;
-    const auto elf = readElf(errorHandler, image.build().bytes);
-    EXPECT_LT(elf->getGroups().size(), 8U);
-    EXPECT_EQ(elf->getGroups().size() + errorHandler.messages().size(), 8U);
-    EXPECT_THAT(errorHandler.messages(), Each("fatal ERROR: Failed to allocate memory for data section\n"));
+    const auto elf = readElf(errorHandler, image.build().set("p_filesz[0]", s_size).bytes);
+    EXPECT_EQ(elf->getGroups().size(), 1U);
+    EXPECT_THAT(errorHandler.messages(),
+                ElementsAre("fatal ERROR: Failed to allocate memory for data section\n"));
 }
 
 TEST(ElfGroup, GroupsStandInFileOrder) {

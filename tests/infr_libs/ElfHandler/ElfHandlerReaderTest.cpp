@@ -552,13 +552,41 @@ TEST(ElfHandlerReader, AStringTableOfClaimedGigabytesEndsTheProcess) {
                             "ERROR: Failed to allocate memory for reading strings\n");
 }
 
-TEST(ElfHandlerReader, ManyRelocationSectionsOverTheSameBytesAreRefusedInSum) {
+TEST(ElfHandlerReader, RelocationsPastTheEndOfTheFileAreZeros) {
     ElfBuilder image;
-    image.addSegment({.bytes = std::string(4096, 'r')});
-    for (int i = 0; i < 8; ++i)
-        image.addSection({.name = ".rel", .type = 9, .size = 4096, .segment = 0, .entsize = 1});
-    EXPECT_THAT(reportsOf(image.build().bytes),
-                testing::Each("fatal ERROR: Failed to allocate memory for data section\n"));
+    image.addSection({.name = ".text", .bytes = "code"});
+    image.addSection({.name = ".rel.text", .type = 9, .size = 0, .info = 1, .entsize = 8});
+    LabelledBytes file = image.build();
+    const auto size = static_cast<std::uint32_t>(file.bytes.size());
+    // From within the file's last entries, and larger than the file.
+    for (const std::uint32_t numEntries : {3U, size}) {
+        file.set("sh_offset[2]", size - 4).set("sh_size[2]", 8 * numEntries);
+        RecordingErrorHandler errorHandler;
+        const auto elf = readElf(errorHandler, file.bytes);
+        EXPECT_THAT(errorHandler.messages(), IsEmpty());
+        ASSERT_EQ(elf->getRelocationTables().size(), 1U);
+        const ElfRelocationTable& table = elf->getRelocationTables().front();
+        EXPECT_EQ(table.getNumEntries(), numEntries);
+        EXPECT_EQ(table.getRelocations().back().getOffset(), 0U);
+        EXPECT_EQ(table.getRelocations().back().getSymbol(), 0U);
+        EXPECT_THAT(elf->getSectionHeader(1)->getRelocations(), ElementsAre(&table));
+        elf->updateRelocationSymbolTableLinks(7);
+        EXPECT_EQ(elf->getSectionHeader(2)->sh_link, 7U);
+    }
+}
+
+TEST(ElfHandlerReader, RelocationsThatOverlapAreRefusedWhereTheyAreMoreThanAFileHolds) {
+    constexpr std::uint32_t s_size = 0x900000; // entries a byte apart: 72 MiB of them
+    ElfBuilder image;
+    image.addSegment({});
+    image.addSection({.name = ".rel", .type = 9, .size = s_size, .segment = 0, .entsize = 1});
+    image.addSection({.name = ".rel", .type = 9, .size = 16, .segment = 0, .entsize = 8});
+    RecordingErrorHandler errorHandler;
+    const auto elf = readElf(errorHandler, image.build().set("p_filesz[0]", s_size).bytes);
+    EXPECT_THAT(errorHandler.messages(),
+                ElementsAre("fatal ERROR: Failed to allocate memory for data section\n"));
+    ASSERT_EQ(elf->getRelocationTables().size(), 1U);
+    EXPECT_EQ(elf->getRelocationTables().front().getNumEntries(), 2U);
 }
 
 TEST(ElfHandlerReader, HeaderTablesPastTheEndOfTheFileAreZeros) {
