@@ -18,15 +18,10 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
-
-// Where a program goes: the position of its node in the scan chain, and the core's number on it.
-struct Place {
-    std::uint16_t position;
-    std::uint16_t core;
-};
 
 struct Program {
     std::string core; // as given
@@ -68,23 +63,24 @@ bool checkProgram(const Program& program) {
 }
 
 // The place of a core by its name, or by "POSITION:CORE"; nothing if the network has no such core.
-std::optional<Place> placeOf(const ZNLoader& network, const std::string& core) {
-    std::optional<Place> given;
+std::optional<CorePlace> placeOf(const ZNLoader& network, const std::string& core) {
+    std::optional<std::size_t> position;
+    std::optional<std::uint32_t> number;
     const std::size_t colon = core.find(':');
     if (colon != std::string::npos) {
-        const auto position = wholeNumber<std::uint16_t>(std::string_view(core).substr(0, colon));
-        const auto number = wholeNumber<std::uint16_t>(std::string_view(core).substr(colon + 1));
-        if (position && number)
-            given = Place{*position, *number};
+        position = wholeNumber<std::size_t>(std::string_view(core).substr(0, colon));
+        number = wholeNumber<std::uint32_t>(std::string_view(core).substr(colon + 1));
     }
-    for (const CorePlace& candidate : corePlaces(network)) {
-        const Place place{static_cast<std::uint16_t>(candidate.position),
-                          static_cast<std::uint16_t>(candidate.core)};
-        if (*candidate.name == core ||
-            (given && given->position == place.position && given->core == place.core))
+    for (const CorePlace& place : corePlaces(network))
+        if (*place.name == core ||
+            (position == place.position && number && std::cmp_equal(*number, place.core)))
             return place;
-    }
     return std::nullopt;
+}
+
+// Whether an image, whose sectors have 16 bits for each, can name the place.
+bool fitsImage(const CorePlace& place) {
+    return std::in_range<std::uint16_t>(place.position) && std::in_range<std::uint16_t>(place.core);
 }
 
 const std::string& required(const Invocation& invocation, const char* option) {
@@ -119,14 +115,21 @@ int imageBuild(const Invocation& invocation) {
         isSound = checkProgram(program) && isSound;
         if (!network)
             continue;
-        const std::optional<Place> place = placeOf(*network, program.core);
+        const std::optional<CorePlace> place = placeOf(*network, program.core);
         if (!place) {
             printMessage(networkFile, "there is no core '" + program.core + "' for " + program.file);
             isSound = false;
             continue;
         }
-        addElfZBSector(container.get(), place->position, place->core, program.bytes.data(),
-                       program.bytes.size());
+        if (!fitsImage(*place)) {
+            printMessage(networkFile, "core '" + program.core + "' is number " + std::to_string(place->core) +
+                                          " at position " + std::to_string(place->position) +
+                                          " of the scan chain: an image holds 0 to 65535");
+            isSound = false;
+            continue;
+        }
+        addElfZBSector(container.get(), static_cast<std::uint16_t>(place->position),
+                       static_cast<std::uint16_t>(place->core), program.bytes.data(), program.bytes.size());
     }
     if (!isSound)
         return s_foundWrong;

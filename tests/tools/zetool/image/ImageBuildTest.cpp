@@ -64,6 +64,25 @@ TEST_F(ImageBuildTest, APositionAndACoreNumberNameACoreToo) {
     EXPECT_EQ(folder.read("by-place.ze"), folder.read("by-name.ze"));
 }
 
+TEST_F(ImageBuildTest, RefusesACoreThatAnImageHasNoNumberFor) {
+    folder.write("large.zn", sampleNetwork({{"last", 0, 65535}, {"beyond", 1, 65536}}));
+    ASSERT_EQ(build("-n large.zn -c system.xml -e last=a.o -o last.ze").exitStatus, 0);
+    EXPECT_EQ(folder.read("last.ze"), ImageBuilder()
+                                          .config(folder.read("system.xml"))
+                                          .zn(folder.read("large.zn"))
+                                          .elf(0, 65535, folder.read("a.o"))
+                                          .end()
+                                          .bytes());
+    for (const std::string core : {"beyond", "1:65536"}) {
+        const ChildResult result = build("-n large.zn -c system.xml -e " + core + "=a.o -o beyond.ze");
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_EQ(result.error, "zetool: large.zn: core '" + core +
+                                    "' is number 65536 at position 1 of the scan chain: an image holds 0 to "
+                                    "65535\n");
+        EXPECT_EQ(folder.read("beyond.ze"), "");
+    }
+}
+
 TEST_F(ImageBuildTest, ReplacesAFileOnlyWithForce) {
     folder.write("app.ze", "old");
     EXPECT_EQ(buildSound("-e far=a.o -o app.ze").exitStatus, 2);
