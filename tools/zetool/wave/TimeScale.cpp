@@ -15,6 +15,9 @@ constexpr unsigned int s_largestExponent = 17; // 100 s
 // Longer than any number that makes sense, and short enough for 64 bits.
 constexpr std::size_t s_mostDigits = 17;
 
+// Of a fs: `convert` wants a denominator of 32 bits.
+constexpr unsigned int s_mostDecimals = 9;
+
 constexpr std::array<std::string_view, 6> s_units = {"fs", "ps", "ns", "us", "ms", "s"};
 
 std::uint64_t powerOfTen(unsigned int exponent) {
@@ -114,7 +117,12 @@ TimeScale TimeScale::of(std::string_view text, bool isOfPlugin) {
             return TimeScale();
         scale = fromPeriod(read.digits * powerOfTen(exponent), 1);
     } else {
-        const unsigned int decimals = std::min(read.numDecimals - read.exponent, 9u);
+        // Decimals that are zeros say nothing; of others, those past 10^-9 fs are dropped.
+        unsigned int decimals = read.numDecimals - read.exponent;
+        for (; decimals > 0 && (read.digits % 10 == 0 || decimals > s_mostDecimals); --decimals)
+            read.digits /= 10;
+        if (read.digits == 0)
+            return TimeScale();
         scale = fromPeriod(read.digits, powerOfTen(decimals));
     }
     scale.m_isStandard =

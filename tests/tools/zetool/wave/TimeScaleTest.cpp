@@ -79,6 +79,11 @@ TEST(TimeScale, TakesOtherToolsTextsAsTheyAre) {
         {"1000 us", "1 ms", 7, false},
         {"0.5 fs", "1 fs", 4, false},
         {"1.666667 ns", "1 fs", 11'666'669, false},
+        {"1.0000000000 fs", "1 fs", 7, false},
+        {"1.0000000000000 ps", "1 ps", 7, false},
+        {"2.50000000000000 fs", "1 fs", 18, false},
+        {"0.2500000001 fs", "1 fs", 2, false},
+        {"3.000000000000000 ns", "1 ns", 21, false},
     };
     for (const auto& row : rows) {
         const TimeScale scale = TimeScale::of(row.text, false);
@@ -90,8 +95,9 @@ TEST(TimeScale, TakesOtherToolsTextsAsTheyAre) {
 }
 
 TEST(TimeScale, FallsBackToANanosecondForWhatIsNoTimescale) {
-    for (const char* text : {"", "ns", "0 ns", "0.000000 ns", "-1 ns", "inf ns", "nan ns", "1", "1 parsec",
-                             "1.2.3 ns", "99999999999999999999 ns", "99999999999999999 s"}) {
+    for (const char* text :
+         {"", "ns", "0 ns", "0.000000 ns", "-1 ns", "inf ns", "nan ns", "1", "1 parsec", "1.2.3 ns",
+          "99999999999999999999 ns", "99999999999999999 s", "0.0000000001 fs"}) {
         const TimeScale scale = TimeScale::of(text, true);
         EXPECT_FALSE(scale.isUsable()) << text;
         EXPECT_EQ(scale.unit(), "1 ns") << text;
