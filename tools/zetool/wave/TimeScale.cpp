@@ -83,6 +83,11 @@ bool findFrequency(const std::string& text, std::uint64_t& frequency, unsigned i
     return false;
 }
 
+// Whether the period itself is meant: it is a whole number of ps, and the frequency that fits it none of kHz.
+bool isPeriodMeant(const std::string& text, unsigned int numDecimalsOfFrequency) {
+    return numDecimalsOfFrequency > 3 && text.ends_with("000");
+}
+
 } // namespace
 
 TimeScale TimeScale::fromPeriod(std::uint64_t numerator, std::uint64_t denominator) {
@@ -106,7 +111,7 @@ TimeScale TimeScale::of(std::string_view text, bool isOfPlugin) {
     std::uint64_t frequency = 0;
     unsigned int numDecimals = 0;
     if (isOfPlugin && read.exponent == 6 && read.numDecimals == 6 &&
-        findFrequency(read.number, frequency, numDecimals))
+        findFrequency(read.number, frequency, numDecimals) && !isPeriodMeant(read.number, numDecimals))
         return fromPeriod(powerOfTen(9 + numDecimals), frequency);
 
     TimeScale scale;

@@ -10,8 +10,9 @@
 class TimeScale {
 public:
     // The scale that a timescale's text means. A plugin's text is a period in ns, rounded to six decimals;
-    // the frequency behind it is the one of fewest decimals whose period has this text. Without a usable text
-    // the unit is 1 ns, and `isUsable` is false.
+    // the frequency behind it is the one of fewest decimals whose period has this text, unless that needs
+    // more than three where the period does with three. Without a usable text the unit is 1 ns, and
+    // `isUsable` is false.
     static TimeScale of(std::string_view text, bool isOfPlugin);
 
     bool isUsable() const { return m_isUsable; }

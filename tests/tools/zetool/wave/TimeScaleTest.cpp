@@ -63,6 +63,26 @@ TEST(TimeScale, FindsTheFrequencyOfFewestDecimals) {
     }
 }
 
+TEST(TimeScale, PrefersAPeriodOfThreeDecimalsToAFrequencyOfMore) {
+    const struct {
+        const char* text;
+        const char* unit;
+        std::uint64_t billionClocks; // in units
+    } rows[] = {
+        {"3.000000 ns", "1 ns", 3'000'000'000},
+        {"7.000000 ns", "1 ns", 7'000'000'000},
+        {"1.500000 ns", "100 ps", 15'000'000'000},
+        // 33.333 MHz and 8130.1 MHz have no more than three.
+        {"30.000300 ns", "1 fs", 30'000'300'003'000'030},
+        {"0.123000 ns", "1 fs", 122'999'717'100'651},
+    };
+    for (const auto& row : rows) {
+        const TimeScale scale = TimeScale::of(row.text, true);
+        EXPECT_EQ(scale.unit(), row.unit) << row.text;
+        EXPECT_EQ(converted(scale, 1'000'000'000), row.billionClocks) << row.text;
+    }
+}
+
 TEST(TimeScale, TakesOtherToolsTextsAsTheyAre) {
     const struct {
         const char* text;
