@@ -172,7 +172,6 @@ TimeScale TimeScale::coarse() const {
 }
 
 bool TimeNumbers::read(std::string_view text, std::uint64_t& count) {
-    const bool wasNegative = m_isNegative;
     const bool isNegative = text.starts_with('-');
     if (isNegative)
         text.remove_prefix(1);
@@ -189,8 +188,11 @@ bool TimeNumbers::read(std::string_view text, std::uint64_t& count) {
     if (isNegative ? number > s_wrap / 2 : number >= s_wrap / 2)
         return false;
     m_isNegative = isNegative;
-    if (wasNegative && !isNegative)
-        m_wrapped += s_wrap;
     count = m_wrapped + (isNegative ? s_wrap - number : number);
+    if (count < m_last) {
+        m_wrapped += s_wrap;
+        count += s_wrap;
+    }
+    m_last = count;
     return true;
 }

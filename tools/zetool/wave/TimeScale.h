@@ -45,7 +45,8 @@ private:
 };
 
 // Time numbers as the counts that they stand for. The plugin writes the low 32 bits of its clock as a signed
-// number: past 2^31 clocks it turns negative, past 2^32 it begins again at 0.
+// number: past 2^31 clocks it turns negative, past 2^32 it begins again at 0. Since the clock never falls, a
+// number below the one before tells of a wrap between them, however long nothing was written.
 class TimeNumbers {
 public:
     explicit TimeNumbers(bool isOfPlugin) : m_isOfPlugin(isOfPlugin) {}
@@ -60,4 +61,5 @@ private:
     bool m_isOfPlugin;
     bool m_isNegative = false;
     std::uint64_t m_wrapped = 0; // what the wraps so far add
+    std::uint64_t m_last = 0;    // the count last read
 };

@@ -112,7 +112,9 @@ void WaveChecker::time(std::string_view text, std::uint64_t line) {
         m_troubles[text.starts_with('-') ? Trouble::NegativeTime : Trouble::BadTime].note(text, line);
         return;
     }
-    if (m_numbers.isNegative())
+    // A clock may be past the negative numbers before anything is written again.
+    constexpr std::uint64_t s_half = std::uint64_t(1) << 31;
+    if (m_numbers.isNegative() || (m_isOfPlugin && m_lastTime < s_half && count >= s_half))
         m_troubles[Trouble::NegativeTime].note(text, line);
     if (m_hasTime && count < m_lastTime)
         m_troubles[Trouble::FallingTime].note(text, line);

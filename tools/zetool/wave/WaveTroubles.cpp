@@ -35,7 +35,7 @@ const std::array<TroubleRow, s_numTroubles> s_troubleRows = {{
      "viewers of the document don't show it"},
     {Trouble::ValuesBeforeTime, "valuesBeforeTime", "values stand before the first time line",
      "vcd-stream gives them the time 2^63, vcd2fst none"},
-    {Trouble::NegativeTime, "negativeTime", "time turns negative: the clock is past 2^31",
+    {Trouble::NegativeTime, "negativeTime", "time turns negative or begins again: the clock is past 2^31",
      "GTKWave and vcd2fst lose the times behind it, vcd-parser refuses the file"},
     {Trouble::FallingTime, "fallingTime", "time falls", "GTKWave and vcd2fst lose the order of changes"},
     {Trouble::BadTime, "badTime", "a time that is no number", "every reader"},

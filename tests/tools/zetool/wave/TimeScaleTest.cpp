@@ -158,6 +158,12 @@ TEST(TimeNumbers, GoOnWhereThePluginsWrap) {
                                           8589934587, 8589934595}));
 }
 
+TEST(TimeNumbers, GoOnAfterAWrapThatNothingWasWrittenIn) {
+    EXPECT_EQ(
+        counts(true, {"1000", "500", "500", "-5", "-2000", "3"}),
+        (std::vector<std::uint64_t>{1000, 4294967796, 4294967796, 8589934587, 12884899888, 12884901891}));
+}
+
 TEST(TimeNumbers, AreOf64BitsInOtherToolsFiles) {
     EXPECT_EQ(counts(false, {"2147483648", "18446744073709551615"}),
               (std::vector<std::uint64_t>{2147483648, 18446744073709551615u}));

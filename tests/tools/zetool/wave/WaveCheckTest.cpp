@@ -92,6 +92,12 @@ TEST(WaveCheck, FindsEachTroubleOfABody) {
         EXPECT_EQ(troubles(other(variables, row.body)), std::vector<std::string>{row.trouble}) << row.body;
 }
 
+TEST(WaveCheck, KnowsThatThePluginsClockIsPast2To31AfterAPause) {
+    const std::vector<std::string> found = troubles(timerSample().start() + "#1000\n1ti00b0\n\n#500\n");
+    EXPECT_THAT(found, testing::Contains("negativeTime 54 1"));
+    EXPECT_THAT(found, testing::Not(testing::Contains(testing::StartsWith("fallingTime"))));
+}
+
 TEST(WaveCheck, FindsEachTroubleOfDeclarations) {
     const struct {
         const char* variables;
