@@ -20,6 +20,13 @@ void writeFile(const fs::path& path, bool force, std::string_view text) {
     output.close();
 }
 
+// With --force the waveform itself could be what is replaced.
+void refuseWaveform(const fs::path& waveform, const fs::path& path) {
+    std::error_code error;
+    if (fs::equivalent(waveform, path, error))
+        throw ToolFailure(path.string(), "is the waveform itself; --output names another file");
+}
+
 void makeFolder(const fs::path& path, bool force) {
     std::error_code error;
     if (!fs::create_directory(path, error) && !error && !force)
@@ -49,6 +56,9 @@ int waveGtkw(const Invocation& invocation) {
     const fs::path folder = fs::absolute(savePath).parent_path();
     const GtkwaveSession session(header, wave.signals, fs::absolute(path).lexically_relative(folder).string(),
                                  savePath.filename().string(), filterPath.filename().string());
+    refuseWaveform(path, savePath);
+    for (const auto& [name, content] : session.filters())
+        refuseWaveform(path, filterPath / name);
     if (!force && fs::exists(savePath))
         throw ToolFailure(savePath.string(), "exists; --force replaces it");
     if (!session.filters().empty())

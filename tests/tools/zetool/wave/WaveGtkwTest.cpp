@@ -172,6 +172,34 @@ TEST(WaveGtkw, KeepsASessionThatExists) {
     EXPECT_NE(folder.read("a.gtkw"), "mine");
 }
 
+TEST(WaveGtkw, NeverReplacesItsWaveform) {
+    const TemporaryFolder folder;
+    const std::string text = fullSample().start();
+    folder.write("a.gtkw", text);
+    folder.write("a.vcd", text);
+    std::filesystem::create_directory(folder.file("b.filters"));
+    folder.write("b.filters/values-0.txt", text);
+    const struct {
+        const char* words;
+        const char* saved;
+    } rows[] = {
+        {"a.gtkw", "a.gtkw"},
+        {"--force a.gtkw", "a.gtkw"},
+        {"--force a.vcd -o ./a.vcd", "./a.vcd"},
+        {"--force b.filters/values-0.txt -o b.gtkw", "b.filters/values-0.txt"},
+    };
+    for (const auto& row : rows) {
+        const ChildResult result = zetoolShell(folder.path(), std::string("zetool wave gtkw ") + row.words);
+        EXPECT_EQ(result.exitStatus, 2) << row.words;
+        EXPECT_EQ(result.error, std::string("zetool: ") + row.saved +
+                                    ": is the waveform itself; --output names another file\n");
+    }
+    for (const char* file : {"a.gtkw", "a.vcd", "b.filters/values-0.txt"})
+        EXPECT_EQ(folder.read(file), text);
+    EXPECT_FALSE(std::filesystem::exists(folder.file("a.filters")));
+    EXPECT_FALSE(std::filesystem::exists(folder.file("b.gtkw")));
+}
+
 TEST(WaveGtkw, SaysThatGtkwaveRefusesAName) {
     SampleWave wave;
     wave.cores.emplace_back();
