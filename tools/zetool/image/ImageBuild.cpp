@@ -12,6 +12,7 @@
 #include "tools/zetool/WholeFile.h"
 #include "tools/zetool/Words.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -40,7 +41,7 @@ Program programOf(const std::string& value) {
 }
 
 bool checkConfiguration(const std::string& file, const std::string& text) {
-    const std::unique_ptr<Document> document = loadDocument(file, text);
+    const std::unique_ptr<Document> document = loadDocument(shownName(file), text);
     if (!document)
         return false;
     const std::string& root = *document->root()->getName();
@@ -97,6 +98,13 @@ int imageBuild(const Invocation& invocation) {
     required(invocation, "elf");
     const std::string& outputFile = required(invocation, "output");
 
+    // What one part has read, no other part would find.
+    const auto isStandardInput = [](const std::string& value) { return value.ends_with("=-"); };
+    const auto numFromInput = (networkFile == "-") + (configFile == "-") +
+                              std::ranges::count_if(invocation.values("elf"), isStandardInput);
+    if (numFromInput > 1)
+        throw ToolFailure("image build: standard input holds one part only");
+
     const std::string networkText = readWhole(networkFile);
     const std::string configText = readWhole(configFile);
     std::vector<Program> programs;
@@ -104,7 +112,7 @@ int imageBuild(const Invocation& invocation) {
         programs.push_back(programOf(value));
 
     // All parts are looked at, so that one call names all their faults.
-    const std::unique_ptr<ZNLoader> network = loadNetwork(networkFile, networkText);
+    const std::unique_ptr<ZNLoader> network = loadNetwork(shownName(networkFile), networkText);
     bool isSound = checkConfiguration(configFile, configText) && network;
     const Container container(createZBHandler());
     if (!container)
@@ -117,7 +125,8 @@ int imageBuild(const Invocation& invocation) {
             continue;
         const std::optional<CorePlace> place = placeOf(*network, program.core);
         if (!place) {
-            printMessage(networkFile, "there is no core '" + program.core + "' for " + program.file);
+            printMessage(networkFile,
+                         "there is no core '" + program.core + "' for " + shownName(program.file));
             isSound = false;
             continue;
         }

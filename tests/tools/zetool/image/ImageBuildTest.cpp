@@ -134,3 +134,29 @@ TEST_F(ImageBuildTest, FaultsAreNamedAndNothingIsWritten) {
         EXPECT_EQ(folder.read("app.ze"), "");
     }
 }
+
+TEST_F(ImageBuildTest, TakesOnePartFromStandardInput) {
+    ASSERT_EQ(buildSound("-e far=a.o -o app.ze").exitStatus, 0);
+    EXPECT_EQ(build("-n - -c system.xml -e far=a.o -o n.ze <device.zn").error, "");
+    EXPECT_EQ(build("-n device.zn -c - -e far=a.o -o c.ze <system.xml").error, "");
+    EXPECT_EQ(build("-n device.zn -c system.xml -e far=- -o e.ze <a.o").error, "");
+    for (const char* file : {"n.ze", "c.ze", "e.ze"})
+        EXPECT_EQ(folder.read(file), folder.read("app.ze")) << file;
+    for (const char* words : {"-n - -c - -e far=a.o", "-n - -c system.xml -e far=-",
+                              "-n device.zn -c - -e far=-", "-n device.zn -c system.xml -e far=- -e 0:0=-"}) {
+        const ChildResult result = build(std::string(words) + " -o two.ze <device.zn");
+        EXPECT_EQ(result.exitStatus, 2) << words;
+        EXPECT_EQ(result.error, "zetool: image build: standard input holds one part only\n") << words;
+        EXPECT_EQ(folder.read("two.ze"), "");
+    }
+}
+
+TEST_F(ImageBuildTest, NamesStandardInputInItsMessages) {
+    folder.write("crossed.xml", "<ZSystem></Network>");
+    EXPECT_EQ(build("-n device.zn -c system.xml -e nowhere=- -o app.ze <a.o").error,
+              "zetool: device.zn: there is no core 'nowhere' for (standard input)\n");
+    EXPECT_EQ(build("-n device.zn -c - -e far=a.o -o app.ze <crossed.xml").error,
+              "zetool: (standard input):1: error: unexpected closing tag 'Network'\n");
+    EXPECT_EQ(build("-n - -c system.xml -e far=a.o -o app.ze <crossed.xml").error,
+              "zetool: (standard input):1: error: unexpected closing tag 'Network'\n");
+}
