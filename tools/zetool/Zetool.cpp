@@ -13,8 +13,10 @@
 namespace {
 
 int show(const std::string& text) {
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    return std::fflush(stdout) == 0 ? s_fine : s_failed;
+    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0)
+        return s_fine;
+    printMessage("(standard output)", withSystemError("can't be written"));
+    return s_failed;
 }
 
 int wrongUsage(const CommandLine& line) {

@@ -167,6 +167,14 @@ TEST(Zetool, TakesFilesThatAreCalledAsCommandsAre) {
     }
 }
 
+TEST(Zetool, TellsThatHelpCannotBeWritten) {
+    for (const char* words : {"--help", "--version", "wave list --help"}) {
+        const ChildResult result = zetoolShell("/", std::string("zetool ") + words + " >/dev/full");
+        EXPECT_EQ(result.exitStatus, 2) << words;
+        EXPECT_EQ(result.error, "zetool: (standard output): can't be written: No space left on device\n");
+    }
+}
+
 TEST(Zetool, ShowsItsVersion) {
     const ChildResult result = zetool({"--version"});
     EXPECT_EQ(result.exitStatus, 0);
