@@ -135,14 +135,14 @@ std::vector<std::uint16_t> identifiersFor(const BitAssignment& bits, unsigned nu
     return identifiers;
 }
 
-// The up to two nodes that a processor's links lead to, in the order of the links; `s_none` for none.
+// The up to two processors that a processor's links lead to, in the order of the links; `s_none` for none.
 struct LineNeighbours {
     unsigned first = s_none;
     unsigned second = s_none;
 };
 
-// Nothing if the network isn't a line: a processor with no neighbour or with more than two, or a number of
-// ends other than two. Rings beside the line pass: wanted.
+// Nothing if the network isn't a line: a processor with no neighbour or with more than two, or linked to a
+// device, or a number of ends other than two. Rings beside the line pass: wanted.
 std::optional<std::vector<LineNeighbours>> lineNeighbours(const NetworkGraph& graph) {
     std::vector<LineNeighbours> neighbours(graph.numProcessors());
     unsigned numEnds = 0;
@@ -151,7 +151,7 @@ std::optional<std::vector<LineNeighbours>> lineNeighbours(const NetworkGraph& gr
         for (const NetworkGraph::Edge& edge : graph.edges(node)) {
             if (edge.node == first || edge.node == second)
                 continue;
-            if (second != s_none)
+            if (second != s_none || !graph.isProcessor(edge.node))
                 return std::nullopt;
             (first == s_none ? first : second) = edge.node;
         }
@@ -165,15 +165,8 @@ std::optional<std::vector<LineNeighbours>> lineNeighbours(const NetworkGraph& gr
     return neighbours;
 }
 
-// The processors of the line from its first end to the other. Only processors belong to it: the line ends
-// before a device.
-std::vector<unsigned> lineOrder(const NetworkGraph& graph, std::vector<LineNeighbours> neighbours) {
-    for (auto& [first, second] : neighbours) {
-        if (!graph.isProcessor(second))
-            second = s_none;
-        if (!graph.isProcessor(first))
-            first = std::exchange(second, s_none);
-    }
+// The processors of the line from its first end to the other.
+std::vector<unsigned> lineOrder(const std::vector<LineNeighbours>& neighbours) {
     const auto end = std::ranges::find(neighbours, s_none, &LineNeighbours::second);
 
     std::vector<unsigned> order;
@@ -252,7 +245,7 @@ bool ZNLoader::buildAsPile(const char*) {
     const auto neighbours = lineNeighbours(graph);
     if (!neighbours)
         return false;
-    const std::vector<unsigned> order = lineOrder(graph, *neighbours);
+    const std::vector<unsigned> order = lineOrder(*neighbours);
     std::vector<Node*> nodes;
     for (const unsigned node : order)
         nodes.push_back(graph.node(node));

@@ -467,6 +467,8 @@ bool PlainTopology::orderLine() {
             Node* other = m_loader.findNodeForId(id);
             if (!other || other == holder.first || other == holder.second)
                 continue;
+            if (other->getType() != 1)
+                isLine = false;
             if (!holder.first)
                 holder.first = other;
             else if (!holder.second)
@@ -483,15 +485,6 @@ bool PlainTopology::orderLine() {
     if (numEnds != 2 || !isLine)
         return false;
 
-    // A device has no holder, and ends the line.
-    for (Holder& holder : holders) {
-        if (holder.second && holder.second->getType() != 1)
-            holder.second = nullptr;
-        if (holder.first->getType() != 1) {
-            holder.first = holder.second;
-            holder.second = nullptr;
-        }
-    }
     const auto holderOf = [&](Node* node) {
         return std::find_if(holders.begin(), holders.end(), [&](const Holder& h) { return h.node == node; });
     };

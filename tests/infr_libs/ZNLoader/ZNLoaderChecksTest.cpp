@@ -150,7 +150,31 @@ constexpr CheckRow s_linkChecks[] = {
 
 INSTANTIATE_TEST_SUITE_P(Links, ZNLoaderChecks, testing::ValuesIn(s_linkChecks), nameOf);
 
+#define LINK(node0, link0, node1, link1)                                                                     \
+    "<Link Encoding='5wire'>" END(node0, link0) END(node1, link1) "</Link>"
+#define WITH_DEVICE(processors, chain, links)                                                                \
+    DECLARATIONS "<Nodes>\n" processors "<Node Id='d' Type='device:x'/></Nodes><JTAGChain>" chain            \
+                 "</JTAGChain><Links>" links "</Links></Network>"
+#define PROCESSOR(id, index) "<Node Id='" id "' Type='L1'><Core Reference='x[" index "]'/></Node>\n"
+#define IN_CHAIN(id) "<JTAGDevice NodeId='" id "'/>"
+
 constexpr CheckRow s_topologyChecks[] = {
+    {"DeviceInALine",
+     WITH_DEVICE(PROCESSOR("a", "0") PROCESSOR("b", "1") PROCESSOR("c", "2"),
+                 IN_CHAIN("a") IN_CHAIN("b") IN_CHAIN("c"),
+                 LINK("a", "0", "d", "0") LINK("d", "1", "b", "0") LINK("b", "1", "c", "0")),
+     "zn: Error: ZN11049 Network positioning failed (may be unsupported topology).\n",
+     NEITHER_IN_A_PACKAGE NOT_IN_A_PACKAGE("5", "c") NOT_IN_A_PACKAGE("6", "d")},
+    {"DeviceAtTheEndOfALine",
+     WITH_DEVICE(PROCESSOR("a", "0") PROCESSOR("b", "1"), IN_CHAIN("a") IN_CHAIN("b"),
+                 LINK("a", "0", "b", "0") LINK("b", "1", "d", "0")),
+     "zn: Error: ZN11049 Network positioning failed (may be unsupported topology).\n",
+     NEITHER_IN_A_PACKAGE NOT_IN_A_PACKAGE("5", "d")},
+    {"DeviceBetweenTheOnlyTwoProcessors",
+     WITH_DEVICE(PROCESSOR("a", "0") PROCESSOR("b", "1"), IN_CHAIN("a") IN_CHAIN("b"),
+                 LINK("a", "0", "d", "0") LINK("d", "1", "b", "0")),
+     "zn: Error: ZN11050 Internal error building network.\n",
+     NEITHER_IN_A_PACKAGE NOT_IN_A_PACKAGE("5", "d")},
     {"NeitherHypercubeNorPile", WITH("<Links/>"),
      "zn: Error: ZN11049 Network positioning failed (may be unsupported topology).\n", NEITHER_IN_A_PACKAGE},
     {"SoundNetwork", WITH_LINK("", END("a", "ZLA") END("b", "ZLA")), s_nothing, NEITHER_IN_A_PACKAGE},

@@ -262,6 +262,20 @@ TEST(DeviceRoutes, ADeviceWithoutANormalLinkIsPassedOver) {
     EXPECT_EQ(HandMadeNetwork::users(link), "a>b b>a");
 }
 
+TEST(DeviceRoutes, ADeviceSharesTheRoutesOfTheProcessorItIsLinkedTo) {
+    HandMadeNetwork network;
+    network.processors({"a", "b"});
+    network.device("x");
+    ZNLoader::Zlink& ab = network.link("a", "b");
+    const ZNLoader::Zlink& ax = network.link("a", "x");
+    network.associate();
+    ab.m_users = {{network.loader.m_nodes[0], network.loader.m_nodes[1]},
+                  {network.loader.m_nodes[1], network.loader.m_nodes[0]}};
+    network.loader.addDeviceRouteInfo();
+    EXPECT_EQ(HandMadeNetwork::users(ab), "a>b b>a x>b b>x");
+    EXPECT_EQ(HandMadeNetwork::users(ax), "a>x x>a x>b");
+}
+
 // ---- ZSSC nodes ----
 
 namespace {

@@ -160,16 +160,38 @@ TEST(Pile, ProcessorsLinkedToThemselvesEndTheWalkAtOnce) {
     EXPECT_EQ(HandMadeNetwork::ids(network.loader.m_nodeOrder), "a");
 }
 
-TEST(Pile, ADeviceBetweenProcessorsEndsTheLine) {
+TEST(Pile, ADeviceBetweenProcessorsMakesNone) {
     HandMadeNetwork network;
-    network.processors({"a", "b"});
+    network.processors({"a", "b", "c"});
     network.device("x");
-    const ZNLoader::Zlink& ax = network.link("a", "x");
-    const ZNLoader::Zlink& xb = network.link("x", "b");
-    EXPECT_TRUE(build(network));
-    EXPECT_EQ(HandMadeNetwork::ids(network.loader.m_nodeOrder), "a");
-    EXPECT_EQ(HandMadeNetwork::users(ax), "a>x x>a x>b");
-    EXPECT_EQ(HandMadeNetwork::users(xb), "");
+    network.link("a", "x");
+    network.link("x", "b");
+    network.link("b", "c");
+    EXPECT_FALSE(build(network));
+    EXPECT_TRUE(network.loader.m_nodeOrder.empty());
+    for (const ZNLoader::Zlink* link : network.loader.m_links)
+        EXPECT_EQ(HandMadeNetwork::users(*link), "");
+}
+
+TEST(Pile, ADeviceAtTheEndOfALineMakesNone) {
+    HandMadeNetwork network;
+    addLine(network, 3);
+    network.device("x");
+    network.link("n2", "x");
+    EXPECT_FALSE(build(network));
+}
+
+TEST(Pile, ADeviceInALineBesideRingsMakesNone) {
+    // The number of ends alone doesn't give it away.
+    HandMadeNetwork network;
+    network.processors({"a", "b", "n0", "n1", "n2"});
+    network.device("x");
+    network.link("a", "x");
+    network.link("x", "b");
+    network.link("n0", "n1");
+    network.link("n1", "n2");
+    network.link("n2", "n0");
+    EXPECT_FALSE(build(network));
 }
 
 // ---- First hops ----
