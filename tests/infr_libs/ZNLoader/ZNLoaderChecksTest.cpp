@@ -1,5 +1,6 @@
 // The checks between the parts of a network: every message with its whole text, and what passes.
 
+#include "tests/infr_libs/ZNLoader/HandMadeNetwork.h"
 #include "tests/infr_libs/ZNLoader/ReadingTest.h"
 
 #include <ostream>
@@ -247,8 +248,23 @@ TEST_F(ZNLoaderChecking, ADeviceIsInAPackageByAComponentAlone) {
     EXPECT_EQ(warnings, NOT_IN_A_PACKAGE("4", "d") NOT_IN_A_PACKAGE("8", "e"));
 }
 
-TEST_F(ZNLoaderChecking, AChainAsLongAsTheListOfNodesIsNotSearched) {
-    // A device node fills the place of the processor that is missing: wanted.
+TEST(ZNLoaderChain, AsLongAsTheListOfNodesIsNotSearched) {
+    // Only a node of another network can fill the place of the missing one, so no document leads here.
+    ZNLoader::ProcNode foreign;
+    HandMadeNetwork network;
+    network.processors({"a", "b"});
+    ZNLoader& loader = network.loader;
+    loader.m_jtagChainElement = network.element();
+    loader.m_jtagNodes = {loader.m_nodes[0], &foreign};
+    EXPECT_FALSE(loader.checkJTAGChain());
+
+    network.device("d"); // one more node, and the search misses b
+    EXPECT_EQ(thrownBy([&] { loader.checkJTAGChain(); }),
+              "zn:3 Error: ZN11040 JTAG scan chain is incomplete.\n"
+              "zn:2 Error: ZN11040   node \"b\" is missing.\n");
+}
+
+TEST_F(ZNLoaderChecking, ADeviceInTheChainReplacesNoOtherNode) {
     EXPECT_EQ(thrownBy([&] {
                   open("<Network><Declarations><Declaration>core x</Declaration></Declarations><Nodes>"
                        "<Node Id='a' Type='L1'><Core Reference='x'/></Node>"
