@@ -25,6 +25,17 @@ void addLine(HandMadeNetwork& network, unsigned numNodes) {
         network.link("n" + std::to_string(i - 1), "n" + std::to_string(i));
 }
 
+// The identifiers of a line of three, by the place of the processor that they start from.
+struct RootRow {
+    unsigned root;
+    std::vector<unsigned> ids;
+};
+const RootRow s_identifiersByRoot[] = {
+    {0, {0, 0x8000, 0xC000}},
+    {1, {0x8000, 0, 0x4000}},
+    {2, {0x8000, 0x4000, 0}},
+};
+
 } // namespace
 
 TEST(Pile, FewerThanTwoProcessorsAreNone) {
@@ -119,20 +130,49 @@ TEST(Pile, ParallelLinksGetTheSameUsers) {
 }
 
 TEST(Pile, IdentifiersStartFromTheProcessorThatBootsFromItsFlash) {
-    // The root keeps zeros in every bit that nobody else settles.
-    for (const char* root : {"n0", "n1", "n2"}) {
+    // It keeps zeros in every bit, whatever the scan chain begins with.
+    for (const auto& [root, ids] : s_identifiersByRoot) {
         HandMadeNetwork network;
         addLine(network, 3);
-        network.loader.findNodeForId(root)->m_boot = new ZNLoader::BootTypeSPIMaster;
-        for (ZNLoader::Node* node : network.loader.m_procNodes) {
-            if (!node->m_boot)
+        network.loader.m_jtagNodes = {network.loader.m_procNodes[root == 0 ? 1 : 0]};
+        for (unsigned i = 0; i < 3; ++i) {
+            ZNLoader::Node* node = network.loader.m_procNodes[i];
+            if (i == root)
+                node->m_boot = new ZNLoader::BootTypeSPIMaster;
+            else
                 node->m_boot = new ZNLoader::BootTypeFromLink;
         }
         EXPECT_TRUE(build(network));
-        const auto ids = routingIds(network);
-        EXPECT_NE(ids[0], ids[1]);
-        EXPECT_NE(ids[1], ids[2]);
+        EXPECT_EQ(routingIds(network), ids) << root;
     }
+}
+
+TEST(Pile, OfSeveralThatBootFromTheirFlashTheFirstProcessorCounts) {
+    HandMadeNetwork network;
+    addLine(network, 3);
+    for (const unsigned i : {2, 1})
+        network.loader.m_procNodes[i]->m_boot = new ZNLoader::BootTypeSPIMaster;
+    EXPECT_TRUE(build(network));
+    EXPECT_EQ(routingIds(network), s_identifiersByRoot[1].ids);
+}
+
+TEST(Pile, IdentifiersStartFromTheFirstOfTheChainWhereNoneBootsFromItsFlash) {
+    for (const auto& [root, ids] : s_identifiersByRoot) {
+        HandMadeNetwork network;
+        addLine(network, 3);
+        for (const unsigned offset : {0, 1, 2})
+            network.loader.m_jtagNodes.push_back(network.loader.m_procNodes[(root + offset) % 3]);
+        EXPECT_TRUE(build(network));
+        EXPECT_EQ(routingIds(network), ids) << root;
+    }
+}
+
+TEST(Pile, IdentifiersStartFromTheFirstProcessorWhereTheChainBeginsWithADevice) {
+    HandMadeNetwork network;
+    addLine(network, 3);
+    network.loader.m_jtagNodes = {&network.device("x"), network.loader.m_procNodes[2]};
+    EXPECT_TRUE(build(network));
+    EXPECT_EQ(routingIds(network), s_identifiersByRoot[0].ids);
 }
 
 TEST(Pile, ALineBesideRingsIsCoveredAlone) {
