@@ -202,7 +202,8 @@ TEST(Hypercube, TheWalkRefusesTheNaturalOrderFrom128NodesOn) {
 }
 
 TEST(Hypercube, ARegularGraphThatIsNoneIsAnErrorEvenWhereAPileWouldBeAllowed) {
-    // Two rings of four would do; a ring of three joined to itself and one node aside don't.
+    // Two pairs of nodes that are also linked to themselves: as many nodes and neighbours as in a ring of
+    // four, but no way from one pair to the other.
     HandMadeNetwork network;
     network.processors({"a", "b", "c", "d"});
     network.link("a", "b");
