@@ -2,8 +2,6 @@
 
 #include "infr_libs/ZNLoader/ZNLoaderReading.h"
 
-#include <sstream>
-
 namespace {
 
 using Node = ZNLoader::Node;
@@ -132,8 +130,8 @@ void ZNLoader::bindBootees() {
             bootee->m_node = found->second;
             if (bootee->m_node->getType() != ProcNode::s_type)
                 continue;
-            int number = 0; // decimal, unlike the number of a `Core`: wanted
-            std::istringstream(bootee->m_coreText) >> number;
+            // Decimal, unlike the number of a `Core`: wanted.
+            const int number = ZNUtils::DecimalOf(bootee->m_coreText);
             bootee->m_core = cores.find(static_cast<ProcNode&>(*bootee->m_node), number);
         }
     }

@@ -9,7 +9,6 @@
 #include <compare>
 #include <map>
 #include <optional>
-#include <sstream>
 #include <string_view>
 #include <unordered_map>
 
@@ -51,11 +50,8 @@ bool isOnZssc(ZNLoader::ZlinkEnd& end) {
 // a letter for the link. Bit 1 of the letter's place in the alphabet is inverted: the wiring of the switches.
 std::optional<int> linkNumberOf(const std::string& text) {
     const auto isBetween = [](char c, char first, char last) { return c >= first && c <= last; };
-    if (!text.empty() && isBetween(text[0], '0', '9')) {
-        int number = 0;
-        std::istringstream(text) >> number;
-        return number;
-    }
+    if (!text.empty() && isBetween(text[0], '0', '9'))
+        return ZNUtils::DecimalOf(text);
     const bool hasSwitch = text.size() == 4;
     if ((!hasSwitch && text.size() != 3) || text[0] != 'Z' || text[text.size() - 2] != 'L')
         return std::nullopt;

@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cstdio>
 #include <cstring>
+#include <locale>
 #include <sstream>
 
 namespace {
@@ -30,6 +31,17 @@ __attribute__((format(printf, 5, 0))) void appendMessage(std::string& text, cons
         text += prefix;
     }
     text += formattedText(format, arguments);
+}
+
+// The number at the start of a text; without a base it is detected. The process's locale may group digits:
+// it's left out.
+int numberOf(const std::string& text, std::ios_base::fmtflags base) {
+    std::istringstream stream(text);
+    stream.imbue(std::locale::classic());
+    stream.setf(base, std::ios_base::basefield);
+    int value = 0;
+    stream >> value;
+    return value;
 }
 
 int upper(char c) {
@@ -115,14 +127,15 @@ int ZNUtils::IntOf(const std::string& text) {
     constexpr std::size_t maxDigits = 9; // these always fit
     const bool isPlain = !text.empty() && text.size() <= maxDigits && (text[0] != '0' || text.size() == 1) &&
                          text.find_first_not_of("0123456789") == std::string::npos;
-    int value = 0;
     if (isPlain) {
+        int value = 0;
         for (const char digit : text)
             value = value * 10 + (digit - '0');
         return value;
     }
-    std::istringstream stream(text);
-    stream.unsetf(std::ios_base::basefield);
-    stream >> value;
-    return value;
+    return numberOf(text, {});
+}
+
+int ZNUtils::DecimalOf(const std::string& text) {
+    return numberOf(text, std::ios_base::dec);
 }

@@ -99,6 +99,9 @@ public:
     // that doesn't fit gives the nearest int, a text without one 0.
     static int IntOf(const std::string& text);
 
+    // The same, always decimal.
+    static int DecimalOf(const std::string& text);
+
 private:
     std::string m_errorText;
     std::set<ErrorCode> m_ignored;

@@ -1,6 +1,7 @@
 // Boot sources and bootees, external devices, and the pass that binds them.
 
 #include "tests/infr_libs/ZNLoader/ReadingTest.h"
+#include "tests/support/GroupingLocale.h"
 
 class ZNLoaderBoot : public ReadingTest {
 protected:
@@ -94,6 +95,14 @@ TEST_F(ZNLoaderBoot, ReadsABooteesCoreAsADecimal) {
             s_flash);
     EXPECT_EQ(loader.m_nodes[0]->m_bootees.at(0)->m_core, &core(1, 0)); // "0x1" stops at the x
     EXPECT_EQ(loader.m_nodes[0]->m_bootees.at(1)->m_core, &core(1, 0));
+}
+
+TEST_F(ZNLoaderBoot, KnowsNoGroupsOfDigitsInABooteesCore) {
+    const GroupingLocale locale;
+    resolve(processor("a", "<Source Location='spi:flash'/><Bootee NodeId='b' Core='1,234'/>") +
+                processor("b", ""),
+            s_flash);
+    EXPECT_EQ(loader.m_nodes[0]->m_bootees.at(0)->m_core, &core(1, 1));
 }
 
 TEST_F(ZNLoaderBoot, TakesTheLastCoreOfANumber) {

@@ -2,6 +2,7 @@
 
 #include "tests/infr_libs/ZNLoader/HandMadeNetwork.h"
 #include "tests/infr_libs/ZNLoader/ReadingTest.h"
+#include "tests/support/GroupingLocale.h"
 
 #include <ostream>
 
@@ -300,6 +301,12 @@ TEST_F(ZNLoaderChecking, IdentifiersGiveLinkNumbers) {
         EXPECT_EQ(static_cast<ZNLoader::ZlinkNormalEnd*>(network.m_links[0]->m_end0)->m_linkNumber, number)
             << text;
     }
+}
+
+TEST_F(ZNLoaderChecking, LinkNumbersKnowNoGroupsOfDigits) {
+    const GroupingLocale locale;
+    open(NetworkBuilder().processor("a").processor("b").link("a", "1,234", "b", "100").text());
+    EXPECT_EQ(static_cast<ZNLoader::ZlinkNormalEnd*>(loader.m_links[0]->m_end0)->m_linkNumber, 1);
 }
 
 TEST_F(ZNLoaderChecking, OtherIdentifiersAreRefused) {

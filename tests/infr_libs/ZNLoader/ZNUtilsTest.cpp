@@ -1,5 +1,7 @@
 #include "infr_libs/ZNLoader/ZNUtils.h"
 
+#include "tests/support/GroupingLocale.h"
+
 #include <climits>
 #include <gtest/gtest.h>
 #include <string>
@@ -169,4 +171,25 @@ TEST(ZNUtilsIntOf, SaturatesAtTheEndsOfAnInt) {
     EXPECT_EQ(ZNUtils::IntOf("2147483648"), INT_MAX);
     EXPECT_EQ(ZNUtils::IntOf("0x4000000000"), INT_MAX);
     EXPECT_EQ(ZNUtils::IntOf("-2147483649"), INT_MIN);
+}
+
+TEST(ZNUtilsIntOf, KnowsNoGroupsOfDigits) {
+    const GroupingLocale locale;
+    EXPECT_EQ(ZNUtils::IntOf("1,234"), 1);
+    EXPECT_EQ(ZNUtils::IntOf("0x1,234"), 1);
+    EXPECT_EQ(ZNUtils::IntOf("-1234567"), -1234567);
+}
+
+TEST(ZNUtilsDecimalOf, IsDecimalWhateverTheDigitsStartWith) {
+    EXPECT_EQ(ZNUtils::DecimalOf("16"), 16);
+    EXPECT_EQ(ZNUtils::DecimalOf("010"), 10);
+    EXPECT_EQ(ZNUtils::DecimalOf("0x10"), 0);
+    EXPECT_EQ(ZNUtils::DecimalOf("-7x"), -7);
+    EXPECT_EQ(ZNUtils::DecimalOf(""), 0);
+    EXPECT_EQ(ZNUtils::DecimalOf("2147483648"), INT_MAX);
+}
+
+TEST(ZNUtilsDecimalOf, KnowsNoGroupsOfDigits) {
+    const GroupingLocale locale;
+    EXPECT_EQ(ZNUtils::DecimalOf("1,234"), 1);
 }
