@@ -6,6 +6,7 @@
 #include "infr_libs/ZNLoader/NodeInstance.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace {
 
@@ -49,7 +50,11 @@ int intOrZero(const XmlAttribute* attribute) {
 
 NodeConfig::NodeConfig(const char* fileName) : m_fileName(fileName) {
     m_configuration = std::make_unique<Configuration>(&m_zelmUtils);
-    m_parser = std::make_unique<XmlParser>(fileName, &m_zelmUtils, true);
+    try {
+        m_parser = std::make_unique<XmlParser>(fileName, &m_zelmUtils, true);
+    } catch (const std::out_of_range& failure) {
+        throw std::string(failure.what());
+    }
     m_root = m_parser->getRoot();
     if (*m_root->getName() != "ZSystem")
         m_znUtils.throwError(11066, at(m_root), "Root of XML config file must be 'ZSystem', not %s\n",

@@ -21,8 +21,8 @@ struct NodeInstance;
 // keeps it as long as its nodes.
 //
 // Every fault is thrown as a `std::string`: faults of the document's form in the words of the parser and of
-// the schema, all others as a numbered message. A thrown message stands alone. (A comment within a text that
-// the file's end cuts off leaves as the parser's `std::out_of_range`.)
+// the schema, all others as a numbered message. A thrown message stands alone. Of a comment within a text
+// that the file's end cuts off the message is the bare text of the parser's `std::out_of_range`.
 class NodeConfig {
     // What the parser's tree reports through; it outlives the tree.
     CatchableErrorHandler m_errorHandler;

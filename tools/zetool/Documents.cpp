@@ -11,7 +11,9 @@
 
 namespace {
 
-// The parser's failures without a text of its own. The second is the one limit that a document can breach.
+// The parser's failures without a text of its own: that of a cut comment, which a node configuration throws
+// as a text, and the one limit that a document can breach.
+constexpr const char* s_parserRange = "basic_string::substr";
 constexpr const char* s_parserLimit = "*s != '\\0'";
 constexpr const char* s_openComment = "the document ends inside a comment";
 constexpr const char* s_openBackslash = "a tag ends behind a backslash";
@@ -48,7 +50,7 @@ std::optional<ReadFailure> failureOf(const std::string& file, const std::functio
         read();
         return std::nullopt;
     } catch (const std::string& error) {
-        return ReadFailure{error, error};
+        return ReadFailure{error, error == s_parserRange ? lineOf(s_openComment) : error};
     } catch (const std::out_of_range& error) {
         return ReadFailure{error.what(), lineOf(s_openComment)};
     } catch (const BrokenLimit& limit) {

@@ -260,9 +260,14 @@ TEST(NodeConfig, ARamOfSizeMinusOneDoesntCountAsSeen) {
     EXPECT_EQ(config->getCoreConfig(1, true)->ramSize, 3);
 }
 
+TEST(NodeConfig, ACommentWithinATextThatTheFilesEndCutsOffIsThrownAsAText) {
+    EXPECT_EQ(messageOf("<ZSystem>x<!-- "), "basic_string::substr");
+}
+
 TEST(NodeConfig, EveryCutOfADocumentIsReadOrThrown) {
     const TemporaryFolder folder;
-    const std::string whole = coreOf("<MemoryController><Ram base='1' size='2'/></MemoryController>");
+    const std::string whole =
+        coreOf("<MemoryController><Ram base='1' size='2'/></MemoryController>x<!-- y -->");
     ASSERT_EQ(messageOf(whole), "nothing thrown");
     for (std::size_t size = 0; size < whole.size(); ++size) {
         const std::string file = folder.write("config_t.xml", whole.substr(0, size));

@@ -74,11 +74,17 @@ TEST_F(ZnCheck, CountsAndPrintsAWarningOfTwoLinesAsOne) {
 }
 
 TEST_F(ZnCheck, SaysThatAFileOfANodeTypeIsDamaged) {
-    folder().write("config_L1.xml", "<ZSystem a='\\");
-    const ChildResult result = run("zetool zn check two.zn");
-    EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_EQ(result.error,
-              "zetool: two.zn: a tag ends behind a backslash, here or in a file that the network names\n");
+    const std::pair<const char*, const char*> rows[] = {
+        {"<ZSystem a='\\", "a tag ends behind a backslash"},
+        {"<ZSystem>x<!-- ", "the document ends inside a comment"},
+    };
+    for (const auto& [text, fault] : rows) {
+        folder().write("config_L1.xml", text);
+        const ChildResult result = run("zetool zn check two.zn");
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_EQ(result.error,
+                  std::string("zetool: two.zn: ") + fault + ", here or in a file that the network names\n");
+    }
 }
 
 TEST_F(ZnCheck, ItsJsonHoldsToItsSchema) {
