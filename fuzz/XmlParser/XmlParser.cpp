@@ -46,12 +46,10 @@ void readAttributes(const XmlNode& node) {
         unsigned long long number = 0;
         bool truth = false;
         double real = 0;
-        std::string* text = nullptr;
         node.getUInt64Attribute(name, number, true);
         node.getBoolAttribute(name, truth, true);
         node.getDoubleAttribute(name, real, true);
-        node.getStringAttribute(name, &text, true);
-        delete text;
+        RequiredText(node, name);
     }
     for (unsigned i = 0; i < node.numNodes(); ++i)
         readAttributes(*node.getNode(i));

@@ -166,9 +166,13 @@ XmlNode* Configuration::findNodeWithAttributeValue(XmlNode* node, const char* no
     return findInTree(node, [&](XmlNode* candidate) {
         if (*candidate->getName() != nodeName)
             return false;
-        // Asked once for each attribute, whichever it is: a second attribute of the name is reported as
-        // often.
-        for (unsigned i = 0; i < candidate->numAttributes(); ++i) {
+        unsigned numOfName = 0;
+        for (unsigned i = 0; i < candidate->numAttributes(); ++i)
+            numOfName += *candidate->getAttribute(i)->getName() == attributeName;
+        // Asked once for each attribute, whichever it is, so that a second attribute of the name is reported
+        // as often. Where there is none to report, once says as much.
+        const unsigned numTimes = numOfName > 1 ? candidate->numAttributes() : numOfName;
+        for (unsigned i = 0; i < numTimes; ++i) {
             unsigned number = 0;
             if (candidate->getUIntAttribute(attributeName, number, false) && number == attributeValue)
                 return true;

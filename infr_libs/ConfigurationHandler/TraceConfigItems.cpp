@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -29,9 +28,8 @@ void ErrorHandler::handleTraceConfigItems(XmlNode* node) {
             node->unrecognisedSubNodeError(item);
             continue;
         }
-        std::string* text = nullptr;
-        item->getStringAttribute("name", &text, true);
-        const std::unique_ptr<const std::string> name(text);
+        const RequiredText text(*item, "name");
+        const std::string* const name = text.get();
         if (!name)
             continue; // reported, to a handler that returned
 

@@ -89,7 +89,7 @@ private:
     std::map<unsigned, ZLinks> m_zLinks;                   // by node
     unsigned m_nextPinNumber = 0;
 
-    unsigned m_numGivenZLinks = 0; // links that the document has asked for by number
+    unsigned m_numZLinks = 0; // of all nodes
 
     // What the look-ups go by; the first of a name stays. The texts are those of the objects.
     std::map<std::pair<unsigned, unsigned>, std::unordered_map<std::string_view, IosPort*>> m_portsByName;

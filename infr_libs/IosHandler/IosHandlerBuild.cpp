@@ -9,10 +9,10 @@
 
 namespace {
 
-// What one switch may have, and what all switches of a document may ask for in sum: an object stands for
-// each, and a document could claim any number.
+// What one switch may have, and what all switches of a document may have in sum: an object stands for each,
+// and a document could claim any number.
 constexpr unsigned s_maxSwitchLinks = 65536;
-constexpr unsigned s_maxGivenLinks = 16 * s_maxSwitchLinks;
+constexpr unsigned s_maxLinks = 16 * s_maxSwitchLinks;
 
 struct DefaultPort {
     const char* name;
@@ -43,10 +43,8 @@ unsigned getNumber(const XmlNode& element, const char* name) {
 }
 
 std::string getText(const XmlNode& element, const char* name) {
-    std::string* text = nullptr;
-    element.getStringAttribute(name, &text, true);
-    const std::unique_ptr<const std::string> owned(text);
-    return owned ? *owned : std::string();
+    const RequiredText text(element, name);
+    return text.get() ? *text.get() : std::string();
 }
 
 bool isCalled(const XmlNode& element, const char* name) {
@@ -84,14 +82,13 @@ void IosHandler::buildNodes(const XmlNode& nodes) {
 
 void IosHandler::buildSwitch(unsigned node, const XmlNode& element) {
     unsigned count = m_utils->autoDefines ? m_utils->autoDefines->m_defaultSwitchLinks : 0;
-    if (element.getUIntAttribute("sLinks", count, false)) {
-        if (count > s_maxSwitchLinks || count > s_maxGivenLinks - m_numGivenZLinks) {
-            m_utils->errorHandler->fatalError(true, "ERROR: Too many ZLinks (%u) for switch on node %d\n",
-                                              count, static_cast<int>(node));
-            return;
-        }
-        m_numGivenZLinks += count;
+    element.getUIntAttribute("sLinks", count, false);
+    if (count > s_maxSwitchLinks || count > s_maxLinks - m_numZLinks) {
+        m_utils->errorHandler->fatalError(true, "ERROR: Too many ZLinks (%u) for switch on node %d\n", count,
+                                          static_cast<int>(node));
+        return;
     }
+    m_numZLinks += count;
     for (unsigned number = 0; number < count; ++number)
         addZLink(node, std::make_unique<IosZLink>(m_utils, number));
 }

@@ -135,3 +135,25 @@ private:
     Attributes m_attributes;
     Nodes m_nodes;
 };
+
+// A text attribute, which must be there, and its owner, also where the report of a second one throws.
+class RequiredText {
+public:
+    RequiredText(const XmlNode& node, const char* name) { node.getStringAttribute(name, &m_slot.text, true); }
+
+    // Null where it is missing and the report returned.
+    const std::string* get() const { return m_slot.text; }
+
+private:
+    // A member of its own: its destructor runs also where the constructor above doesn't end.
+    struct Slot {
+        Slot() = default;
+        Slot(const Slot&) = delete;
+        Slot& operator=(const Slot&) = delete;
+        ~Slot() { delete text; }
+
+        std::string* text = nullptr;
+    };
+
+    Slot m_slot;
+};

@@ -12,7 +12,7 @@ constexpr std::size_t s_words = s_pieceBytes / sizeof(std::uint32_t); // of a pi
 template<std::size_t Pieces>
 class Records {
 public:
-    explicit Records(std::size_t count) : m_now(count), m_before(count), m_count(count) {}
+    explicit Records(std::size_t count) : m_now(count + 1), m_before(count + 1), m_count(count) {}
 
     std::uint32_t& now(std::size_t record, std::size_t word) { return m_now[record].word[word]; }
     std::uint32_t& before(std::size_t record, std::size_t word) { return m_before[record].word[word]; }
@@ -35,7 +35,7 @@ private:
         std::uint32_t word[Pieces * s_words] = {};
     };
 
-    std::vector<Polled> m_now;
+    std::vector<Polled> m_now; // and one more, so that there is a first
     std::vector<Written> m_before;
     Written m_shown;
     std::size_t m_count;

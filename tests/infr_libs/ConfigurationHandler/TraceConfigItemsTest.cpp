@@ -30,6 +30,28 @@ std::string typesOn(const ErrorHandler& handler) {
 
 } // namespace
 
+TEST(TraceConfigItems, ATypeThatIsOffIsNamedToo) {
+    const ChildResult result = runInChild([] {
+        const ParsedText document(
+            "<TraceConfig value='true'><Trace name='TRACE_MEM' value='false'/></TraceConfig>");
+        ErrorHandler handler;
+        handler.handleTraceConfigItems(&*document);
+        handler.setTraceConfig(4, true);
+        handler.trace(4, true, "m\n");
+    });
+    EXPECT_EQ(result.output, "TRACE_MEM m\n");
+}
+
+// The leak check sees a string that was left.
+TEST(TraceConfigItems, ASecondNameIsReported) {
+    const ParsedText document(
+        "<TraceConfig value='true'>"
+        "<Trace name='a name that is too long for a string to hold in itself' name='b'/>"
+        "</TraceConfig>");
+    ErrorHandler handler;
+    EXPECT_NE(thrownBy([&] { handler.handleTraceConfigItems(&*document); }), "nothing thrown");
+}
+
 TEST(TraceConfigItems, TurnOnEachTypeAndNameItsLines) {
     const ChildResult result = runInChild([] {
         const ParsedText document(s_allNames);

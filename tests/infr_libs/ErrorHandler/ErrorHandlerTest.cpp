@@ -70,6 +70,17 @@ TEST(ErrorHandler, FatalVErrorIsNeverCopiedToStandardOutput) {
     EXPECT_EQ(result.output, "");
 }
 
+TEST(ErrorHandler, FatalVErrorReturnsWhereItMayNotExit) {
+    const ChildResult result = runInChild([] {
+        ErrorHandler handler;
+        callFatalVError(handler, false, "%d\n", 1);
+        handler.setExitOnError(false);
+        callFatalVError(handler, true, "%d\n", 2);
+    });
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(result.error, "1\n2\n");
+}
+
 TEST(ErrorHandler, TraceGoesToStandardOutputWithoutATarget) {
     const ChildResult result = runInChild([] { ErrorHandler().trace("a %d\n", 1); });
     EXPECT_EQ(result.output, "a 1\n");
@@ -81,6 +92,25 @@ TEST(ErrorHandler, TraceGoesToTheTarget) {
     handler.setTarget(folder.file("trace").c_str());
     handler.trace("a %d\n", 1);
     EXPECT_EQ(folder.read("trace"), "a 1\n");
+}
+
+TEST(ErrorHandler, ATargetBeginsEmpty) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("trace", "of an earlier run");
+    ErrorHandler handler;
+    handler.setTarget(file.c_str());
+    handler.trace("a\n");
+    EXPECT_EQ(folder.read("trace"), "a\n");
+}
+
+// The leak check sees a file that stays open.
+TEST(ErrorHandler, ANewTargetClosesTheOneBefore) {
+    const TemporaryFolder folder;
+    ErrorHandler handler;
+    handler.setTarget(folder.file("first").c_str());
+    const int descriptor = fileno(handler.getTarget());
+    handler.setTarget(folder.file("second").c_str());
+    EXPECT_EQ(fileno(handler.getTarget()), descriptor);
 }
 
 TEST(ErrorHandler, ATargetThatCantBeOpenedMeansStandardOutput) {
@@ -106,6 +136,18 @@ TEST(ErrorHandler, GdbMiTracingMakesOneRecordOfAMessageWithTwoLines) {
         handler.trace("first \"%s\"\nsecond\\\n", "q");
     });
     EXPECT_EQ(result.output, "@\"first \"q\"\\nsecond\\\\n\"\n");
+}
+
+TEST(ErrorHandler, GdbMiTracingGoesToTheTarget) {
+    const TemporaryFolder folder;
+    const ChildResult result = runInChild([&] {
+        ErrorHandler handler;
+        handler.setTarget(folder.file("trace").c_str());
+        handler.setGdbMiTracing(true);
+        handler.trace("a\n");
+        std::printf("%s", folder.read("trace").c_str()); // it has reached the file
+    });
+    EXPECT_EQ(result.output, "@\"a\\n\"\n");
 }
 
 TEST(ErrorHandler, GdbMiTracingCutsAMessageAfter1023Characters) {

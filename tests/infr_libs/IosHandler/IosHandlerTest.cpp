@@ -225,6 +225,29 @@ TEST(IosHandler, APinConnectsALinkBitBothWays) {
     EXPECT_EQ(two->getOutPin(2), nullptr);
 }
 
+// The leak check sees a string that was left.
+TEST(IosHandler, ASecondNameIsReported) {
+    EXPECT_NE(
+        messageOf(
+            "<Pins><Pin name='A:a name that is too long for a string to hold in itself' name='B:Y'/></Pins>"),
+        "nothing thrown");
+}
+
+TEST(IosHandler, WhereReportsReturnALinkBitKeepsItsPinAndAPinTakesItsLaterLink) {
+    const BuiltMap<CollectingErrorHandler> map(
+        nodeWithPins(pin("A:X", link(2, 3, "in") + link(1, 0, "in")) + pin("A:Y", link(2, 3, "in"))));
+    EXPECT_EQ(map->findZLink(0, 2)->getInPin(3), map->findPin("A", "X"));
+    EXPECT_EQ(map->findPin("A", "X")->getZLink(), map->findZLink(0, 1));
+}
+
+TEST(IosHandler, LinksThatADocumentDoesntNumberCountToo) {
+    std::string many;
+    for (unsigned i = 0; i < 16; ++i)
+        many += "<Node number='" + std::to_string(i) + "'><Switch sLinks='65536'/></Node>";
+    EXPECT_EQ(messageOf("<Nodes>" + many + "<Node number='16'><Switch/></Node></Nodes>"),
+              "ERROR: Too many ZLinks (16) for switch on node 16\n");
+}
+
 TEST(IosHandler, AnIndexBeyondTheLastFailsAnAssertion) {
     const Map map(nodeWithPins(pin("A:X", port("ZS1_PORT_1A", 0))));
     const ChildResult pins = runInChild([&] { map->getPin(1); });

@@ -118,8 +118,9 @@ TEST(StrToInt, Keeps32BitsOfANumberBeyondTheSignedRange) {
 }
 
 TEST(StrToBytes, StoresOneWordInTheHostsOrder) {
-    const std::pair<std::string, std::uint32_t> rows[] = {
-        {"258", 258}, {"0x80000001", 0x80000001}, {"12abc", 12}, {"99999999999", 0xffffffff}, {"", 0}};
+    const std::pair<std::string, std::uint32_t> rows[] = {{"258", 258},       {"0x80000001", 0x80000001},
+                                                          {"12abc", 12},      {"99999999999", 0xffffffff},
+                                                          {"-5", 0xfffffffb}, {"", 0}};
     for (const auto& [text, expected] : rows) {
         std::uint32_t word = 0;
         s_library.strToBytes(&text, 4, reinterpret_cast<unsigned char*>(&word));
@@ -205,6 +206,13 @@ TEST(StringLibrary, FindsWhereCommentsBeginAndEnd) {
     EXPECT_EQ(s_library.findBlockCommentBegin(begin, end) - begin, 4);
     EXPECT_EQ(s_library.findLineComment(begin, end) - begin, 7);
     EXPECT_EQ(s_library.findLineComment(begin, begin + 8), begin + 8);
+}
+
+TEST(RemoveComments, TakesNoEndOutOfTheBeginOfABlockComment) {
+    bool inBlockComment = false;
+    const std::string line = "a/*/b";
+    EXPECT_EQ(taken(s_library.removeComments(&line, inBlockComment)), "a");
+    EXPECT_TRUE(inBlockComment);
 }
 
 TEST(RemoveComments, CarriesABlockCommentOverToTheNextLine) {

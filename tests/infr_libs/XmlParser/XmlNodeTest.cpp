@@ -219,13 +219,13 @@ TEST_F(XmlNodeTest, ACopyIsDeepAndOutlivesItsOriginal) {
     OwnedUtils<> utils;
     std::unique_ptr<XmlNode> copy;
     {
-        std::istringstream stream("<a x='1'>\n<b y='2'>text<d/></b><c/></a>");
+        std::istringstream stream("\n<a x='1'>own<b y='2'>text<d/></b><c/></a>");
         const XmlParser parser("doc.xml", utils.get(), &stream);
         copy = std::make_unique<XmlNode>(*parser.getRoot());
         EXPECT_NE(copy->getNode(0), parser.getRoot()->getNode(0));
         EXPECT_NE(copy->getAttribute(0), parser.getRoot()->getAttribute(0));
     }
-    EXPECT_EQ(printed(*copy), "<a x=\"1\">\n<b y=\"2\">text\n<d/>\n</b>\n<c/>\n</a>\n");
+    EXPECT_EQ(printed(*copy), "<a x=\"1\">own\n<b y=\"2\">text\n<d/>\n</b>\n<c/>\n</a>\n");
     EXPECT_EQ(copy->getNode(0)->getLineNum(), 2U);
     EXPECT_STREQ(copy->getNode(0)->getFileName(), "doc.xml");
     EXPECT_EQ(copy->getNode(0)->getZelmUtils(), utils.get());

@@ -208,7 +208,42 @@ TEST(TickTock, TheExternalDividerIsTwoOnG4AndOneOnL1) {
     EXPECT_EQ(L1().getExternalDiv(), 1U);
 }
 
+// --- Limits that decide between settings
+
+TEST(TickTock, APhaseDetectorAtItsLowestFrequencyIsAllowed) {
+    G4 planner;
+    unsigned actual = s_any;
+    EXPECT_EQ(planner.bestPllReg(100000000, 101000000, 0, actual), 0x36418U); // 25 times 4 MHz
+    EXPECT_EQ(actual, 101000000U);
+}
+
+TEST(TickTock, APhaseDetectorAboveItsHighestFrequencyIsNot) {
+    G4 planner;
+    unsigned actual = s_any;
+    EXPECT_EQ(planner.bestPllReg(200000000, 400000000, 0, actual), 0x301U);
+}
+
+TEST(TickTock, WhereTheHigherOscillatorFrequencyIsTooHighTheLowerOneIsTaken) {
+    G4 planner;
+    unsigned actual = s_any;
+    EXPECT_EQ(planner.bestPllReg(13000000, 999000000, 0, actual), 0x100e502U);
+    EXPECT_EQ(actual, 996666666U);
+}
+
 // --- The reference clock
+
+TEST(TickTock, AReferenceWithoutAPllIsTooLow) {
+    G4 planner;
+    unsigned actual = s_any;
+    EXPECT_NE(thrownBy([&] { planner.calculateRefDivValue(0, 100, &actual); }).find("ZN11116"),
+              std::string::npos);
+    EXPECT_EQ(actual, 0U);
+    L1 other;
+    actual = s_any;
+    EXPECT_NE(thrownBy([&] { other.calculateRefDivValue(0, 100, &actual); }).find("ZN11116"),
+              std::string::npos);
+    EXPECT_EQ(actual, s_any);
+}
 
 TEST(TickTock, AReferenceEqualToThePllIsRefused) {
     L1 planner;
